@@ -1,0 +1,13 @@
+#include <Platform/System/FatalError.hpp>
+
+#include <cstdio>
+#include <cstdlib>
+
+namespace tovrel {
+
+void fatalError(std::string_view message) noexcept {
+    std::fprintf(stderr, "Fatal error: %.*s\n", static_cast<int>(message.size()), message.data());
+    std::abort();
+}
+
+} // namespace tovrel

@@ -1,0 +1,42 @@
+# Compiler settings of our own targets: link tovrel_build_options PRIVATE, hosts never see it.
+include(GNUInstallDirs)
+
+set(CMAKE_CXX_STANDARD 20)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_CXX_VISIBILITY_PRESET hidden)
+set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+
+if(PROJECT_IS_TOP_LEVEL AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
+  find_program(TOVREL_CCACHE ccache)
+  if(TOVREL_CCACHE)
+    set(CMAKE_CXX_COMPILER_LAUNCHER "${TOVREL_CCACHE}")
+  endif()
+endif()
+
+add_library(tovrel_build_options INTERFACE)
+target_compile_features(tovrel_build_options INTERFACE cxx_std_20)
+target_compile_options(tovrel_build_options INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wconversion)
+if(TOVREL_WARNINGS_AS_ERRORS)
+  target_compile_options(tovrel_build_options INTERFACE -Werror)
+endif()
+# Boost.Asio is compiled once, into Platform. A shared Platform keeps those symbols to itself, so its dependants then use
+# the header-only form.
+if(NOT BUILD_SHARED_LIBS)
+  target_compile_definitions(tovrel_build_options INTERFACE BOOST_ASIO_SEPARATE_COMPILATION)
+endif()
+
+if(TOVREL_SANITIZERS)
+  add_compile_options(-fsanitize=${TOVREL_SANITIZERS} -fno-omit-frame-pointer)
+  add_link_options(-fsanitize=${TOVREL_SANITIZERS})
+  if(TOVREL_SANITIZERS MATCHES "undefined")
+    add_compile_options(-fno-sanitize-recover=all)
+  endif()
+endif()
+
+if(TOVREL_SANITIZERS STREQUAL "thread" AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+  # GCC warns about every fence under ThreadSanitizer; Asio's come from its headers.
+  target_compile_options(tovrel_build_options INTERFACE -Wno-tsan)
+endif()
