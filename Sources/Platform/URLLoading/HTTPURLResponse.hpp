@@ -1,0 +1,33 @@
+#pragma once
+
+#include <Platform/System/Export.hpp>
+#include <Platform/URLLoading/HTTPHeaders.hpp>
+#include <Platform/URLLoading/URLResponse.hpp>
+
+#include <string>
+
+namespace tovrel {
+
+/// The head of an HTTP response.
+class TOVREL_EXPORT HTTPURLResponse final : public URLResponse {
+public:
+    HTTPURLResponse(URL url, int statusCode, HTTPHeaders allHeaderFields, std::string httpVersion);
+    ~HTTPURLResponse() override;
+
+    int statusCode() const noexcept { return statusCode_; }
+
+    /// The fields as received, in their order; names are lower case over HTTP/2. Repeated fields are one, joined with
+    /// ", " (RFC 9110, section 5.2), except Set-Cookie, which stays apart. Trailers are not among them. The body has
+    /// been decoded, although Content-Encoding and Content-Length still describe what was on the wire.
+    const HTTPHeaders& allHeaderFields() const noexcept { return allHeaderFields_; }
+
+    /// "HTTP/1.0", "HTTP/1.1" or "HTTP/2".
+    const std::string& httpVersion() const noexcept { return httpVersion_; }
+
+private:
+    int statusCode_;
+    HTTPHeaders allHeaderFields_;
+    std::string httpVersion_;
+};
+
+} // namespace tovrel
