@@ -8,6 +8,8 @@ Error::Error(std::string message) : message_(std::move(message)) {}
 
 Error::~Error() = default;
 
-const char* Error::what() const noexcept { return message_.c_str(); }
+const char* Error::what() const noexcept {
+    return message_.c_str();
+}
 
 } // namespace tovrel

@@ -9,8 +9,8 @@ namespace tovrel {
 
 /// The base of every error family of this library.
 ///
-/// A family adds `kind()`, one factory per kind, and `operator==` over what distinguishes its values. The text of `what()`
-/// is for developers: it names what failed and where, and never holds a token, a secret or a header value.
+/// A family adds `kind()`, one factory per kind, and `operator==` over what distinguishes its values. The text of
+/// `what()` is for developers: it names what failed and where, and never holds a token, a secret or a header value.
 class TOVREL_EXPORT Error : public std::exception {
 public:
     const char* what() const noexcept override;
