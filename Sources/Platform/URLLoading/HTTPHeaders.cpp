@@ -1,4 +1,4 @@
-#include <Platform/URLLoading/ASCII.hpp>
+#include <Platform/URLLoading/Detail/ASCII.hpp>
 #include <Platform/URLLoading/HTTPHeaders.hpp>
 
 #include <algorithm>
@@ -12,6 +12,8 @@ HTTPHeader::HTTPHeader(std::string fieldName, std::string fieldValue)
 HTTPHeaders::HTTPHeaders() = default;
 
 HTTPHeaders::HTTPHeaders(std::initializer_list<HTTPHeader> fields) : fields_(fields) {}
+
+HTTPHeaders::HTTPHeaders(std::vector<HTTPHeader> fields) noexcept : fields_(std::move(fields)) {}
 
 const std::string* HTTPHeaders::find(std::string_view name) const& noexcept {
     for (const HTTPHeader& field : fields_) {

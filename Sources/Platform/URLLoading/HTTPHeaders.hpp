@@ -25,6 +25,7 @@ class TOVREL_EXPORT HTTPHeaders {
 public:
     HTTPHeaders();
     HTTPHeaders(std::initializer_list<HTTPHeader> fields);
+    explicit HTTPHeaders(std::vector<HTTPHeader> fields) noexcept;
 
     /// The value of the first field of that name, or null. The pointer lives until the list changes.
     const std::string* find(std::string_view name) const& noexcept;
@@ -45,7 +46,6 @@ public:
     void remove(std::string_view name);
 
     void clear() noexcept { fields_.clear(); }
-    void reserve(std::size_t count) { fields_.reserve(count); }
     bool empty() const noexcept { return fields_.empty(); }
     std::size_t size() const noexcept { return fields_.size(); }
     std::vector<HTTPHeader>::const_iterator begin() const noexcept { return fields_.begin(); }

@@ -1,4 +1,4 @@
-#include <Platform/URLLoading/CharacterSets.hpp>
+#include <Platform/URLLoading/Detail/CharacterSets.hpp>
 #include <Platform/URLLoading/PercentEncoding.hpp>
 
 #include <cstddef>

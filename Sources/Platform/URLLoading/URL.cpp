@@ -1,5 +1,5 @@
+#include <Platform/URLLoading/Detail/URIReference.hpp>
 #include <Platform/URLLoading/PercentEncoding.hpp>
-#include <Platform/URLLoading/URIReference.hpp>
 #include <Platform/URLLoading/URL.hpp>
 
 #include <boost/url/parse.hpp>

@@ -1,6 +1,6 @@
-#include <Platform/URLLoading/CharacterSets.hpp>
+#include <Platform/URLLoading/Detail/CharacterSets.hpp>
+#include <Platform/URLLoading/Detail/URIReference.hpp>
 #include <Platform/URLLoading/PercentEncoding.hpp>
-#include <Platform/URLLoading/URIReference.hpp>
 #include <Platform/URLLoading/URLComponents.hpp>
 
 #include <algorithm>

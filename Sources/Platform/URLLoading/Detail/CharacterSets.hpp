@@ -1,6 +1,6 @@
 #pragma once
 
-#include <Platform/URLLoading/ASCII.hpp>
+#include <Platform/URLLoading/Detail/ASCII.hpp>
 
 #include <array>
 #include <string>

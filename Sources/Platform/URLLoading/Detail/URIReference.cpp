@@ -1,5 +1,5 @@
-#include <Platform/URLLoading/ASCII.hpp>
-#include <Platform/URLLoading/URIReference.hpp>
+#include <Platform/URLLoading/Detail/ASCII.hpp>
+#include <Platform/URLLoading/Detail/URIReference.hpp>
 
 #include <algorithm>
 

@@ -1,0 +1,98 @@
+#pragma once
+
+#include <Platform/URLLoading/Detail/BodySink.hpp>
+#include <Platform/URLLoading/Detail/Deadlines.hpp>
+#include <Platform/URLLoading/Detail/MemoryBody.hpp>
+#include <Platform/URLLoading/Detail/ResponseHead.hpp>
+#include <Platform/URLLoading/URLError.hpp>
+#include <Platform/URLLoading/URLRequest.hpp>
+#include <Platform/URLLoading/URLSession.hpp>
+
+#include <curl/curl.h>
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <span>
+#include <string_view>
+
+namespace tovrel {
+
+class EasyHandle;
+
+/// How a transfer ended: with an error or with a result.
+struct TransferOutcome {
+    std::optional<URLError> error;
+    URLSessionResult result;
+
+    explicit TransferOutcome(URLError failure);
+    explicit TransferOutcome(URLSessionResult success);
+};
+
+/// Whoever waits for a transfer. Told exactly once.
+class TransferCompletion {
+public:
+    virtual ~TransferCompletion() = default;
+    virtual void complete(TransferOutcome outcome) = 0;
+};
+
+/// One request on its way, redirects included: what is sent, what has come, and how it ends. Knows nothing of sockets.
+class Transfer final : public Deadlines::Entry {
+public:
+    Transfer(URLRequest request, std::optional<std::uint64_t> maximumBodySize, bool allowsPlainHTTP,
+             std::unique_ptr<TransferCompletion> completion);
+
+    const URLRequest& request() const noexcept { return request_; }
+    std::unique_ptr<TransferCompletion> takeCompletion() noexcept { return std::move(completion_); }
+
+    /// Seconds without a byte after which the transfer fails; may be infinite.
+    double idleLimit() const noexcept;
+
+    /// The body that goes out, if any.
+    std::optional<Data> outgoingBody() const;
+
+    // What libcurl reports while it works. False ends the transfer.
+    [[nodiscard]] bool startAttempt() noexcept;
+    [[nodiscard]] bool receiveHeader(std::string_view line);
+    [[nodiscard]] bool receiveBody(std::string_view bytes);
+    std::size_t sendBody(std::span<char> buffer) noexcept;
+    [[nodiscard]] bool rewindBody(std::uint64_t offset) noexcept;
+    void failOutOfMemory();
+
+    /// Takes libcurl's verdict.
+    /// @return Whether another request follows: `request()` is then the next one.
+    [[nodiscard]] bool finish(CURLcode code, long systemError);
+    TransferOutcome takeOutcome();
+    TransferOutcome failure(URLError::Kind kind) const;
+
+    // Owned by the engine.
+    EasyHandle* handle = nullptr;
+    std::size_t position = 0;
+    Deadlines::TimePoint lastActivity;
+    bool isCancelled = false;
+
+private:
+    void fail(URLError::Kind kind);
+    void headIsComplete();
+    bool follow(std::string_view location);
+
+    URLRequest request_;
+    std::unique_ptr<TransferCompletion> completion_;
+    bool allowsPlainHTTP_;
+    std::optional<std::uint64_t> maximumBodySize_;
+    int redirects_ = 0;
+    int attempts_ = 0;
+    std::uint64_t sent_ = 0;
+
+    ResponseHead head_;
+    MemoryBody body_;
+    std::unique_ptr<BodySink> decoder_;
+    /// The bytes of a body that nobody will see, that of a redirect.
+    std::optional<std::uint64_t> discarded_;
+    bool headComplete_ = false;
+    bool stopped_ = false;
+    std::optional<URLError> failure_;
+};
+
+} // namespace tovrel
