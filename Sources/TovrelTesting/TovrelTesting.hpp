@@ -1,0 +1,6 @@
+#pragma once
+
+/// @file
+/// All of TovrelTesting.
+
+#include <TovrelTesting/ManualClock.hpp>

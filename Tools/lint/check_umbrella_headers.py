@@ -1,0 +1,47 @@
+#!/usr/bin/env python3
+"""Checks that each library's umbrella header includes all its public headers; --fix completes them."""
+
+import sys
+
+import house
+
+LIBRARIES = {
+    "Platform": ["Platform"],
+    "TovrelWebServices": ["TovrelContracts", "QZFrameworkCoreLogic", "TovrelWebServices"],
+    "TovrelTesting": ["TovrelTesting"],
+}
+
+
+def wanted_includes(library, names):
+    """The public headers of a library, from the names of all headers, in order."""
+    return sorted((name for name in names
+                   if name.split("/")[0] in LIBRARIES[library] and "AccountScreens" not in name
+                   and name != f"{library}/{library}.hpp"), key=str.lower)
+
+
+def completed(text, wanted):
+    """An umbrella header's text with exactly the wanted includes; the words above them stay."""
+    head = text.split("#include", 1)[0].rstrip()
+    return head + "\n\n" + "".join(f"#include <{name}>\n" for name in wanted)
+
+
+def main():
+    files = [path.relative_to(house.SOURCES) for path in house.tracked_files("Sources/*.hpp")]
+    names = [str(path) for path in files if house.is_public_header(path)]
+    found = []
+    for library in LIBRARIES:
+        umbrella = house.SOURCES / library / f"{library}.hpp"
+        wanted = wanted_includes(library, names)
+        if not wanted:
+            continue
+        text = umbrella.read_text() if umbrella.exists() else f"#pragma once\n\n/// @file\n/// All of {library}.\n"
+        if completed(text, wanted) != text or not umbrella.exists():
+            if "--fix" in sys.argv[1:]:
+                umbrella.write_text(completed(text, wanted))
+            else:
+                found.append((umbrella.relative_to(house.ROOT), 1, "not complete: run ./dev format"))
+    house.report(found)
+
+
+if __name__ == "__main__":
+    main()

@@ -1,0 +1,23 @@
+# Copies the public headers and those that they include, in the order of discovery.
+cmake_minimum_required(VERSION 3.25)
+
+file(GLOB_RECURSE pending RELATIVE "${tovrel_sources}" "${tovrel_sources}/*.hpp")
+list(FILTER pending EXCLUDE REGEX "/(Private|Detail|BackEnd)/")
+if(NOT tovrel_with_testing)
+  list(FILTER pending EXCLUDE REGEX "^TovrelTesting/")
+endif()
+
+set(seen ${pending})
+while(pending)
+  list(POP_FRONT pending header)
+  get_filename_component(folder "${header}" DIRECTORY)
+  file(INSTALL "${tovrel_sources}/${header}" DESTINATION "${tovrel_include_directory}/${folder}")
+  file(STRINGS "${tovrel_sources}/${header}" includes REGEX "^#include <[A-Z].*\\.hpp>")
+  foreach(include IN LISTS includes)
+    string(REGEX REPLACE "^#include <(.*)>.*" "\\1" include "${include}")
+    if(EXISTS "${tovrel_sources}/${include}" AND NOT include IN_LIST seen)
+      list(APPEND seen "${include}")
+      list(APPEND pending "${include}")
+    endif()
+  endforeach()
+endwhile()
