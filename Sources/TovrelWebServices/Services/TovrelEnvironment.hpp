@@ -1,0 +1,8 @@
+#pragma once
+
+namespace tovrel {
+
+/// The deployment stage, shared by every endpoint.
+enum class TovrelEnvironment { development, test, production };
+
+} // namespace tovrel

@@ -1,0 +1,33 @@
+#pragma once
+
+#include <TovrelWebServices/Transport/URLSessionProvider.hpp>
+
+#include <atomic>
+#include <memory>
+#include <mutex>
+
+namespace tovrel {
+
+/// Owns one session at a time. A replaced session finishes the requests that run on it. Thread-safe.
+class TOVREL_EXPORT TovrelURLSessionProvider final : public URLSessionProvider {
+public:
+    /// The provider of the process, made on first use with the default configuration.
+    static std::shared_ptr<TovrelURLSessionProvider> default_();
+
+    /// @param configuration What this session and every later one is made from.
+    static std::shared_ptr<TovrelURLSessionProvider>
+    make(URLSessionConfiguration configuration = URLSessionConfiguration());
+    ~TovrelURLSessionProvider() override;
+
+    [[nodiscard]] std::shared_ptr<URLSession> session() const override;
+    void updateCache(const WebRequestCacheDefinition& definition) override;
+
+private:
+    explicit TovrelURLSessionProvider(URLSessionConfiguration configuration);
+
+    const URLSessionConfiguration configuration_;
+    std::mutex lock_;
+    std::atomic<std::shared_ptr<URLSession>> session_;
+};
+
+} // namespace tovrel
