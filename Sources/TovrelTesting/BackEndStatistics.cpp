@@ -1,0 +1,7 @@
+#include <TovrelTesting/BackEndStatistics.hpp>
+
+namespace tovrel::testing {
+
+BackEndStatistics::BackEndStatistics() = default;
+
+} // namespace tovrel::testing

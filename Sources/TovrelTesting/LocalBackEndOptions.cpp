@@ -1,0 +1,7 @@
+#include <TovrelTesting/LocalBackEndOptions.hpp>
+
+namespace tovrel::testing {
+
+LocalBackEndOptions::LocalBackEndOptions() = default;
+
+} // namespace tovrel::testing
