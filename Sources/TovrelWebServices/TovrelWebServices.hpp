@@ -6,15 +6,32 @@
 #include <TovrelContracts/AssertionCoordinator.hpp>
 #include <TovrelContracts/TovrelAppIdentifier.hpp>
 #include <TovrelWebServices/Services/DefaultHttpWebService.hpp>
+#include <TovrelWebServices/Services/HttpWebService.hpp>
 #include <TovrelWebServices/Services/NoRetryLogicStrategy.hpp>
+#include <TovrelWebServices/Services/RetryLogicStrategy.hpp>
+#include <TovrelWebServices/Services/TaskSleeper.hpp>
 #include <TovrelWebServices/Services/TimesRetryLogicStrategy.hpp>
+#include <TovrelWebServices/Services/TovrelEnvironment.hpp>
+#include <TovrelWebServices/Services/WebService.hpp>
 #include <TovrelWebServices/Services/WebServiceEnvironment.hpp>
 #include <TovrelWebServices/Support/TovrelWebServicesLog.hpp>
+#include <TovrelWebServices/Tovrel Accounts/TovrelAccountsRealm.hpp>
 #include <TovrelWebServices/Tovrel Accounts/URLBuilder.hpp>
+#include <TovrelWebServices/Transport/AcceptEncodingType.hpp>
+#include <TovrelWebServices/Transport/AcceptLanguage.hpp>
+#include <TovrelWebServices/Transport/CachePolicy.hpp>
+#include <TovrelWebServices/Transport/ContentType.hpp>
+#include <TovrelWebServices/Transport/DecodingStrategy.hpp>
 #include <TovrelWebServices/Transport/ErrorPredicates.hpp>
+#include <TovrelWebServices/Transport/HttpMethod.hpp>
 #include <TovrelWebServices/Transport/TovrelURLSessionProvider.hpp>
+#include <TovrelWebServices/Transport/URLSessionProvider.hpp>
 #include <TovrelWebServices/Transport/URLSessionWebRequestExecutor.hpp>
 #include <TovrelWebServices/Transport/WebRequest.hpp>
+#include <TovrelWebServices/Transport/WebRequestable.hpp>
+#include <TovrelWebServices/Transport/WebRequestCacheDefinition.hpp>
 #include <TovrelWebServices/Transport/WebRequestConfig.hpp>
+#include <TovrelWebServices/Transport/WebRequestExecutor.hpp>
+#include <TovrelWebServices/Transport/WebResponse.hpp>
 #include <TovrelWebServices/Transport/WebServiceError.hpp>
 #include <TovrelWebServices/Transport/WebServiceUtility.hpp>

@@ -46,7 +46,7 @@ inline bool allTasksEnd() {
 }
 
 /// Fails a test that leaves a task behind.
-class AsyncTest : public testing::Test {
+class AsyncTest : public ::testing::Test {
 protected:
     void TearDown() override { EXPECT_TRUE(allTasksEnd()) << Task::countOfRunning() << " tasks have not ended"; }
 };
