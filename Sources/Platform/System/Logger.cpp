@@ -5,7 +5,9 @@
 #include <boost/asio/post.hpp>
 
 #include <atomic>
+#include <chrono>
 #include <future>
+#include <memory>
 #include <mutex>
 #include <utility>
 
@@ -19,12 +21,15 @@ constexpr bool messagesArePublicAtFirst = false;
 constexpr bool messagesArePublicAtFirst = true;
 #endif
 
-/// The queue keeps callers from a sink that blocks, as a stalled journal does.
-class Channel {
+/// How long the end of the process waits for records that are still to be written.
+constexpr std::chrono::seconds patienceAtExit{1};
+
+/// The queue keeps callers from a sink that blocks, as a stalled journal does. Records under way own the channel.
+class Channel : public std::enable_shared_from_this<Channel> {
 public:
     static Channel& shared() {
-        static Channel channel;
-        return channel;
+        static const Owner owner;
+        return *owner.channel;
     }
 
     void setSink(std::shared_ptr<SystemLogSink> sink) {
@@ -33,20 +38,26 @@ public:
     }
 
     void write(SystemLogRecord record) {
-        boost::asio::post(queue_, [this, record = std::move(record)] { sink()->write(record); });
+        boost::asio::post(queue_,
+                          [self = shared_from_this(), record = std::move(record)] { self->sink()->write(record); });
     }
 
-    void flush() {
-        auto written = std::make_shared<std::promise<void>>();
-        std::future<void> done = written->get_future();
-        boost::asio::post(queue_, [written] { written->set_value(); });
-        done.wait();
+    [[nodiscard]] std::future<void> written() {
+        auto promise = std::make_shared<std::promise<void>>();
+        boost::asio::post(queue_, [promise] { promise->set_value(); });
+        return promise->get_future();
     }
 
     std::atomic<OSLogType> minimumType{OSLogType::default_};
     std::atomic<bool> messagesArePublic{messagesArePublicAtFirst};
 
 private:
+    struct Owner {
+        std::shared_ptr<Channel> channel{new Channel()};
+
+        ~Owner() { channel->written().wait_for(patienceAtExit); }
+    };
+
     Channel() : queue_(TaskPool::blocking()), sink_(detail::makeDefaultSystemLogSink()) {}
 
     std::shared_ptr<SystemLogSink> sink() {
@@ -89,7 +100,7 @@ void SystemLog::setSink(std::shared_ptr<SystemLogSink> sink) {
 }
 
 void SystemLog::flush() {
-    Channel::shared().flush();
+    Channel::shared().written().wait();
 }
 
 Logger::Logger(std::string subsystem, std::string category)

@@ -4,6 +4,7 @@
 #include <QZFrameworkCoreLogic/TovrelLogger.hpp>
 
 #include <array>
+#include <functional>
 #include <string_view>
 
 namespace tovrel {
@@ -15,10 +16,12 @@ public:
 
     static constexpr std::array<std::string_view, 1> rawValues{"General"};
 
-    constexpr TovrelWebServicesLogCategory(Value value) : value_(value) {}
+    /* implicit */ constexpr TovrelWebServicesLogCategory(Value value) : value_(value) {}
     [[nodiscard]] constexpr Value value() const { return value_; }
 
-    friend constexpr bool operator==(TovrelWebServicesLogCategory, TovrelWebServicesLogCategory) = default;
+    friend constexpr bool operator==(TovrelWebServicesLogCategory a, TovrelWebServicesLogCategory b) {
+        return a.value_ == b.value_;
+    }
 
 private:
     Value value_;

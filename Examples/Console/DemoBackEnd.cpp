@@ -1,0 +1,42 @@
+#include "DemoBackEnd.hpp"
+
+#include <Platform/Coding/JSONDecoder.hpp>
+
+#include "Item.hpp"
+
+using tovrel::testing::ContentCoding;
+using tovrel::testing::LocalBackEnd;
+using tovrel::testing::LocalBackEndOptions;
+using tovrel::testing::ReceivedRequest;
+using tovrel::testing::ScriptedResponse;
+
+namespace {
+
+constexpr const char* latestItems = R"([
+  {"identifier": 1, "title": "Lantern", "created_at": 1762790400000},
+  {"identifier": 2, "title": "Compass", "created_at": 1763049600000},
+  {"identifier": 3, "title": "Gr\u00fc\u00dfe", "created_at": null}
+])";
+
+ScriptedResponse addItem(const ReceivedRequest& request) {
+    const auto item = tovrel::JSONDecoder().decode<NewItem>(tovrel::Data(request.body));
+    return ScriptedResponse::json(R"({"identifier": 4, "title": ")" + item.title + R"(", "created_at": 1763683200000})", 201);
+}
+
+ScriptedResponse oneItem(const ReceivedRequest& request) {
+    const std::string& identifier = request.parameters.at("identifier");
+    return ScriptedResponse::json(R"({"identifier": )" + identifier + R"(, "title": "Item )" + identifier + R"("})");
+}
+
+} // namespace
+
+std::unique_ptr<LocalBackEnd> startDemoBackEnd() {
+    LocalBackEndOptions options;
+    options.hostNames = {demoHost};
+    auto backEnd = LocalBackEnd::start(options);
+    backEnd->on("GET", "/items/latest",
+                [](const ReceivedRequest&) { return ScriptedResponse::json(latestItems).withCoding(ContentCoding::gzip); });
+    backEnd->on("POST", "/items", addItem);
+    backEnd->on("GET", "/items/{identifier}", oneItem);
+    return backEnd;
+}
