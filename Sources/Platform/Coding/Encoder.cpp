@@ -1,4 +1,5 @@
 #include <Platform/Coding/Encoder.hpp>
+#include <Platform/Coding/Private/EncodingEngine.hpp>
 #include <Platform/System/FatalError.hpp>
 
 #include <string>
@@ -6,18 +7,26 @@
 
 namespace tovrel {
 
+namespace detail {
+
+void rethrowBelow(CodingKey step, const EncodingError& error) {
+    CodingPath path;
+    path.push_back(std::move(step));
+    path.insert(path.end(), error.path().begin(), error.path().end());
+    throw EncodingError::invalidValue(error.description(), std::move(path));
+}
+
+} // namespace detail
+
 namespace {
 
 // The operation writes what lies at `step`: its failure is told from one level up.
-template <class Step, class Operation>
-void atStep(Step step, Operation operation) {
+template <class Operation>
+void atStep(CodingKey step, Operation operation) {
     try {
         operation();
     } catch (const EncodingError& error) {
-        CodingPath path;
-        path.emplace_back(std::move(step));
-        path.insert(path.end(), error.path().begin(), error.path().end());
-        throw EncodingError::invalidValue(error.description(), std::move(path));
+        detail::rethrowBelow(std::move(step), error);
     }
 }
 
@@ -71,26 +80,26 @@ void Encoder::finish() {
 }
 
 void KeyedEncoder::encode(std::string_view key, const detail::TypeTable& type, const void* value) {
-    atStep(std::string(key), [&] {
+    atStep(CodingKey(std::string(key)), [&] {
         context_->key(key);
         context_->encode(type, value);
     });
 }
 
 void KeyedEncoder::nested(std::string_view key, const std::function<void(Encoder&)>& write) {
-    atStep(std::string(key), [&] {
+    atStep(CodingKey(std::string(key)), [&] {
         context_->key(key);
         encodeByHand(*context_, write);
     });
 }
 
 void UnkeyedEncoder::encode(const detail::TypeTable& type, const void* value) {
-    atStep(count_, [&] { context_->encode(type, value); });
+    atStep(CodingKey(count_), [&] { context_->encode(type, value); });
     ++count_;
 }
 
 void UnkeyedEncoder::nested(const std::function<void(Encoder&)>& write) {
-    atStep(count_, [&] { encodeByHand(*context_, write); });
+    atStep(CodingKey(count_), [&] { encodeByHand(*context_, write); });
     ++count_;
 }
 

@@ -62,8 +62,8 @@ struct FieldTable {
     FieldRule rule = FieldRule::strict;
 };
 
-/// Called for each entry of a map; stops when it returns false.
-using MapVisitor = bool (*)(void* context, std::string_view key, const void* value);
+/// Called for each entry of a map.
+using MapVisitor = void (*)(void* context, std::string_view key, const void* value);
 
 /// A described type without its type: what the coders need to read and write values behind void pointers. Which members
 /// are set depends on the shape.
@@ -86,7 +86,7 @@ struct TypeTable {
 
     /// Of a map: null when the key is there already.
     void* (*insert)(void* map, std::string_view key) = nullptr;
-    bool (*visit)(const void* map, void* context, MapVisitor visitor) = nullptr;
+    void (*visit)(const void* map, void* context, MapVisitor visitor) = nullptr;
 
     /// Of a record.
     const FieldTable* fields = nullptr;

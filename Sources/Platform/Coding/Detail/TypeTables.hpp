@@ -173,11 +173,8 @@ constexpr void describeMap(TypeTable& table) {
     };
     table.visit = [](const void* map, void* context, MapVisitor visitor) {
         for (const auto& [key, value] : *static_cast<const T*>(map)) {
-            if (!visitor(context, key, &value)) {
-                return false;
-            }
+            visitor(context, key, &value);
         }
-        return true;
     };
 }
 

@@ -4,7 +4,13 @@
 
 #include <algorithm>
 #include <bit>
+#include <cstdint>
 #include <string>
+
+#if defined(__linux__)
+#include <sys/mman.h>
+#include <unistd.h>
+#endif
 
 namespace tovrel::detail {
 
@@ -42,6 +48,20 @@ const char* reason(simdjson::error_code code) {
         return "its syntax is wrong";
     }
 }
+
+#if defined(__linux__) && defined(MADV_HUGEPAGE)
+// A large parser's memory is fresh on every use: in small pages a fifth of the decoding time would go into page faults.
+void preferLargePages(void* memory, std::size_t size) {
+    const auto page = static_cast<std::uintptr_t>(::sysconf(_SC_PAGESIZE));
+    const auto begin = (reinterpret_cast<std::uintptr_t>(memory) + page - 1) / page * page;
+    const auto end = (reinterpret_cast<std::uintptr_t>(memory) + size) / page * page;
+    if (begin < end) {
+        ::madvise(reinterpret_cast<void*>(begin), end - begin, MADV_HUGEPAGE);
+    }
+}
+#else
+void preferLargePages(void*, std::size_t) {}
+#endif
 
 [[noreturn]] void refuse(simdjson::error_code code) {
     if (code == simdjson::MEMALLOC) {
@@ -90,6 +110,10 @@ void JSONDocument::parse(Parser& parser, std::string_view text) {
         if (parser.document.capacity() < attempted.size() || parser.document.capacity() == 0) {
             if (const simdjson::error_code error = parser.document.allocate(capacity)) {
                 return error;
+            }
+            if (capacity > largestKeptCapacity) {
+                preferLargePages(parser.document.tape.get(), capacity * sizeof(std::uint64_t));
+                preferLargePages(parser.document.string_buf.get(), capacity / 3 * 5);
             }
         }
         return parser.parser.parse_into_document(parser.document, attempted.data(), attempted.size(), false).error();
