@@ -14,7 +14,10 @@
 #include <Platform/Coding/EncodingError.hpp>
 #include <Platform/Coding/Field.hpp>
 #include <Platform/Coding/JSONDecoder.hpp>
+#include <Platform/Coding/JSONEncoder.hpp>
 #include <Platform/Coding/KeyStrategies.hpp>
+#include <Platform/Coding/PropertyListDecoder.hpp>
+#include <Platform/Coding/PropertyListEncoder.hpp>
 #include <Platform/Coding/TextEncoding.hpp>
 #include <Platform/Concurrency/Actor.hpp>
 #include <Platform/Concurrency/Async.hpp>
