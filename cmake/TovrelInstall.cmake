@@ -25,6 +25,9 @@ install(FILES
 if(NOT BUILD_SHARED_LIBS)
   # Static libraries leave their dependencies to the host.
   install(FILES cmake/TovrelDependencies.cmake DESTINATION ${package_directory})
+  if(TARGET TovrelTesting)
+    install(FILES cmake/TovrelTestingDependencies.cmake DESTINATION ${package_directory})
+  endif()
 endif()
 
 # pkg-config: a static library names what it needs for all to link, a shared one brings that along.

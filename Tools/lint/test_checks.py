@@ -3,6 +3,7 @@
 import textwrap
 import unittest
 
+import check_comments
 import check_coroutines
 import check_house_rules
 import check_includes
@@ -64,6 +65,21 @@ class CoroutineCheck(unittest.TestCase):
 
     def test_reads_over_comments_and_literals(self):
         self.assertClean("// if (co_await a())\ng(\"co_await a() ? {\");\nconst char c = '?'; co_await a();")
+
+
+class CommentCheck(unittest.TestCase):
+    def test_finds_an_exported_class_without_a_comment(self):
+        self.assertTrue(check_comments.findings_in("class TOVREL_EXPORT A {};\n"))
+
+    def test_finds_an_exported_function_template_without_a_comment(self):
+        self.assertTrue(check_comments.findings_in("int a;\ntemplate <class T>\nTOVREL_EXPORT int f();\n"))
+
+    def test_lets_commented_names_pass(self):
+        self.assertEqual(check_comments.findings_in("/// One.\ntemplate <class T>\nstruct TOVREL_EXPORT A {};\n"), [])
+
+    def test_lets_details_pass(self):
+        self.assertEqual(check_comments.findings_in(
+            "namespace detail {\nTOVREL_EXPORT int f();\n} // namespace detail\n"), [])
 
 
 class IncludeCheck(unittest.TestCase):
