@@ -101,35 +101,44 @@ private:
         case 0x3:
             return date(position, marker);
         case 0x4:
-            return bytes(NodeKind::data, position, length(position, marker));
+            return bytes(NodeKind::data, lengthAt(position, marker));
         case 0x5:
-            return asciiString(position, length(position, marker));
+            return asciiString(lengthAt(position, marker));
         case 0x6:
-            return utf16String(position, length(position, marker));
+            return utf16String(lengthAt(position, marker));
         case 0xa:
-            return list(position, length(position, marker), depth);
+            return list(lengthAt(position, marker), depth);
         case 0xd:
-            return dictionary(position, length(position, marker), depth);
+            return dictionary(lengthAt(position, marker), depth);
         default:
             refuse("an object has an unknown type");
         }
     }
 
-    // A size that does not fit the marker follows as an integer; `position` moves behind it.
-    std::uint64_t length(std::size_t& position, std::uint8_t marker) const {
-        if ((marker & 0xf) != 0xf) {
-            return marker & 0xf;
+    // The content of an object and how many bytes, characters or elements it has.
+    struct Extent {
+        std::size_t position = 0;
+        std::uint64_t count = 0;
+    };
+
+    // A length that does not fit the marker follows it as an integer.
+    Extent lengthAt(std::size_t position, std::uint8_t marker) const {
+        Extent extent;
+        extent.position = position;
+        extent.count = marker & 0xf;
+        if (extent.count != 0xf) {
+            return extent;
         }
         require(position, 1);
-        const std::uint8_t sizeMarker = byteAt(position++);
+        const std::uint8_t sizeMarker = byteAt(position);
         if (sizeMarker >> 4 != 0x1 || (sizeMarker & 0xf) > 3) {
             refuse("a length is no integer");
         }
         const std::size_t size = std::size_t{1} << (sizeMarker & 0xf);
-        require(position, size);
-        const std::uint64_t value = number(position, size);
-        position += size;
-        return value;
+        require(position + 1, size);
+        extent.count = number(position + 1, size);
+        extent.position = position + 1 + size;
+        return extent;
     }
 
     static PropertyListValue simple(std::uint8_t marker) {
@@ -195,30 +204,29 @@ private:
         return result;
     }
 
-    PropertyListValue bytes(NodeKind kind, std::size_t position, std::uint64_t count) {
-        require(position, count);
-        spend(static_cast<std::size_t>(count));
+    PropertyListValue bytes(NodeKind kind, Extent extent) {
+        require(extent.position, extent.count);
+        const auto count = static_cast<std::size_t>(extent.count);
+        spend(count);
         PropertyListValue result(kind);
-        result.bytes = bytes_.substr(position, static_cast<std::size_t>(count));
+        result.bytes = bytes_.substr(extent.position, count);
         return result;
     }
 
-    PropertyListValue asciiString(std::size_t position, std::uint64_t count) {
-        PropertyListValue result = bytes(NodeKind::string, position, count);
+    PropertyListValue asciiString(Extent extent) {
+        PropertyListValue result = bytes(NodeKind::string, extent);
         if (!simdjson::validate_utf8(result.bytes)) {
             refuse("a string has characters outside its encoding");
         }
         return result;
     }
 
-    PropertyListValue utf16String(std::size_t position, std::uint64_t count) {
-        if (count > bytes_.size()) {
-            refuse("an object reaches outside");
-        }
-        require(position, 2 * count);
-        spend(static_cast<std::size_t>(3 * count));
+    PropertyListValue utf16String(Extent extent) {
+        const std::size_t count = requireItems(extent, 2);
+        spend(3 * count);
         PropertyListValue result(NodeKind::string);
-        const std::size_t end = position + 2 * static_cast<std::size_t>(count);
+        std::size_t position = extent.position;
+        const std::size_t end = position + 2 * count;
         while (position < end) {
             std::uint32_t character = static_cast<std::uint32_t>(number(position, 2));
             position += 2;
@@ -258,33 +266,33 @@ private:
         return number(position + index * referenceSize_, referenceSize_);
     }
 
-    std::size_t requireReferences(std::size_t position, std::uint64_t count) const {
-        if (count > bytes_.size()) {
+    std::size_t requireItems(Extent extent, std::size_t size) const {
+        if (extent.count > bytes_.size()) {
             refuse("an object reaches outside");
         }
-        require(position, count * referenceSize_);
-        return static_cast<std::size_t>(count);
+        require(extent.position, extent.count * size);
+        return static_cast<std::size_t>(extent.count);
     }
 
-    PropertyListValue list(std::size_t position, std::uint64_t claimedCount, std::size_t depth) {
-        const std::size_t count = requireReferences(position, claimedCount);
+    PropertyListValue list(Extent extent, std::size_t depth) {
+        const std::size_t count = requireItems(extent, referenceSize_);
         PropertyListValue result(NodeKind::list);
         for (std::size_t index = 0; index < count; ++index) {
-            result.elements.push_back(object(reference(position, index), depth + 1));
+            result.elements.push_back(object(reference(extent.position, index), depth + 1));
         }
         return result;
     }
 
-    PropertyListValue dictionary(std::size_t position, std::uint64_t claimedCount, std::size_t depth) {
-        const std::size_t count = requireReferences(position, 2 * claimedCount) / 2;
+    PropertyListValue dictionary(Extent extent, std::size_t depth) {
+        const std::size_t count = requireItems(extent, 2 * referenceSize_);
         PropertyListValue result(NodeKind::object);
         for (std::size_t index = 0; index < count; ++index) {
-            PropertyListValue key = object(reference(position, index), depth + 1);
+            PropertyListValue key = object(reference(extent.position, index), depth + 1);
             if (key.kind != NodeKind::string) {
                 refuse("a key is no string");
             }
             result.keys.push_back(std::move(key.bytes));
-            result.elements.push_back(object(reference(position, count + index), depth + 1));
+            result.elements.push_back(object(reference(extent.position, count + index), depth + 1));
         }
         return result;
     }
