@@ -4,6 +4,8 @@
 #include <cstdlib>
 #include <exception>
 #include <functional>
+#include <HTTP/HTTPBenchmark.hpp>
+#include <HTTP/ServerProcess.hpp>
 #include <JSON/JSONBenchmark.hpp>
 #include <map>
 #include <string>
@@ -12,7 +14,8 @@ namespace tovrel::benchmarks {
 
 namespace {
 
-const std::map<std::string, std::function<void()>> comparisons = {{"json", compareJSON}};
+const std::map<std::string, std::function<void()>> comparisons = {
+    {"json", compareJSON}, {"http", compareSmallRequests}, {"serve", serve}};
 
 int run(const std::string& name) {
     const auto found = comparisons.find(name);

@@ -47,6 +47,10 @@ void compareDecoding(const std::vector<JSONPeer>& peers, const RecordEnvelope& e
     const auto times = static_cast<std::size_t>(bytesPerTurn / static_cast<double>(document.size())) + 1;
     std::vector<Contender> contenders;
     for (const JSONPeer& peer : peers) {
+        if (!peer.absence.empty()) {
+            contenders.push_back(Contender::absent(peer.name, peer.absence));
+            continue;
+        }
         requireSame(peer, peer.decode(document), envelope);
         contenders.emplace_back(peer.name, repeat(times, [&] { peer.decode(document); }));
     }
@@ -59,15 +63,10 @@ void compareDecoding(const std::vector<JSONPeer>& peers, const RecordEnvelope& e
 
 } // namespace
 
-JSONPeer::JSONPeer(std::string peerName, std::function<RecordEnvelope(const Data&)> decoder,
-                   std::function<void(const RecordEnvelope&, const Reader&)> encoder)
-    : name(std::move(peerName)), decode(std::move(decoder)), encode(std::move(encoder)) {}
-
 void compareJSON() {
     for (const std::size_t recordCount : {std::size_t(1), std::size_t(200), std::size_t(20'000)}) {
         const RecordEnvelope envelope = makeEnvelope(recordCount);
-        const std::vector<JSONPeer> peers = {tovrelJSON(), rapidJSON(), boostJSON(), nlohmannJSON()};
-        compareDecoding(peers, envelope);
+        compareDecoding(jsonPeers(), envelope);
     }
 }
 

@@ -17,6 +17,10 @@ struct JSONPeer {
     /// Encodes into whatever the library writes to and shows that text.
     std::function<void(const RecordEnvelope& envelope, const Reader& read)> encode;
 
+    /// Why it cannot take part, if so; then the functions are empty.
+    std::string absence;
+
+    static JSONPeer absent(std::string name);
     JSONPeer(std::string peerName, std::function<RecordEnvelope(const Data&)> decoder,
              std::function<void(const RecordEnvelope&, const Reader&)> encoder);
 };
@@ -25,6 +29,9 @@ JSONPeer tovrelJSON();
 JSONPeer rapidJSON();
 JSONPeer boostJSON();
 JSONPeer nlohmannJSON();
+
+/// Ours first.
+std::vector<JSONPeer> jsonPeers();
 
 /// Parses the document and looks at nothing in it: what no decoder on top of this parser can beat.
 std::function<void(const Data& document)> simdjsonParse();

@@ -1,0 +1,65 @@
+#include <TovrelTesting/LocalBackEnd.hpp>
+
+#include <fmt/core.h>
+
+#include <chrono>
+#include <cstdio>
+#include <HTTP/ServerProcess.hpp>
+#include <unistd.h>
+
+namespace tovrel::benchmarks {
+
+using testing::LocalBackEnd;
+using testing::LocalBackEndOptions;
+using testing::OfferedProtocols;
+using testing::ReceivedRequest;
+using testing::RequestRecording;
+using testing::ScriptedResponse;
+
+const char* const smallPath = "/small";
+const char* const largePath = "/large";
+const char* const slowPath = "/slow";
+
+namespace {
+
+ScriptedResponse small(const ReceivedRequest& /*request*/) {
+    return ScriptedResponse::json(std::string(smallBodySize, 'x'))
+        .withHeader("Cache-Control", "private, max-age=60")
+        .withHeader("Date", "Sat, 21 Nov 2026 10:00:00 GMT")
+        .withHeader("Vary", "Accept-Encoding");
+}
+
+ScriptedResponse slow(const ReceivedRequest& request) {
+    return small(request).withDelay(std::chrono::milliseconds(500));
+}
+
+ScriptedResponse large(const ReceivedRequest& /*request*/) {
+    return ScriptedResponse::generated(largeBodySize);
+}
+
+std::unique_ptr<LocalBackEnd> startServer(OfferedProtocols protocols) {
+    LocalBackEndOptions options;
+    options.protocols = protocols;
+    options.recording = RequestRecording::off;
+    options.maximumConcurrentStreams = 1000;
+    auto server = LocalBackEnd::start(options);
+    server->on("GET", smallPath, small);
+    server->on("GET", slowPath, slow);
+    server->on("GET", largePath, large);
+    return server;
+}
+
+} // namespace
+
+void serve() {
+    const auto http1 = startServer(OfferedProtocols::http1Only);
+    const auto http2 = startServer(OfferedProtocols::http1AndHttp2);
+    fmt::print("{} {}\n{}\n{}", http1->port(), http2->port(), http1->certificateAuthorityPem(),
+               http2->certificateAuthorityPem());
+    std::fclose(stdout);
+    char ignored = 0;
+    while (read(STDIN_FILENO, &ignored, 1) > 0) {
+    }
+}
+
+} // namespace tovrel::benchmarks
