@@ -1,8 +1,8 @@
 #include "DemoBackEnd.hpp"
 
-#include <Platform/Coding/JSONDecoder.hpp>
-
 #include "Item.hpp"
+
+#include <Platform/Coding/JSONDecoder.hpp>
 
 using tovrel::testing::ContentCoding;
 using tovrel::testing::LocalBackEnd;
@@ -20,7 +20,8 @@ constexpr const char* latestItems = R"([
 
 ScriptedResponse addItem(const ReceivedRequest& request) {
     const auto item = tovrel::JSONDecoder().decode<NewItem>(tovrel::Data(request.body));
-    return ScriptedResponse::json(R"({"identifier": 4, "title": ")" + item.title + R"(", "created_at": 1763683200000})", 201);
+    return ScriptedResponse::json(R"({"identifier": 4, "title": ")" + item.title + R"(", "created_at": 1763683200000})",
+                                  201);
 }
 
 ScriptedResponse oneItem(const ReceivedRequest& request) {
@@ -34,9 +35,10 @@ std::unique_ptr<LocalBackEnd> startDemoBackEnd() {
     LocalBackEndOptions options;
     options.hostNames = {demoHost};
     auto backEnd = LocalBackEnd::start(options);
-    backEnd->on("GET", "/items/latest",
-                [](const ReceivedRequest&) { return ScriptedResponse::json(latestItems).withCoding(ContentCoding::gzip); });
-    backEnd->on("POST", "/items", addItem);
     backEnd->on("GET", "/items/{identifier}", oneItem);
+    backEnd->on("GET", "/items/latest", [](const ReceivedRequest&) {
+        return ScriptedResponse::json(latestItems).withCoding(ContentCoding::gzip);
+    });
+    backEnd->on("POST", "/items", addItem);
     return backEnd;
 }

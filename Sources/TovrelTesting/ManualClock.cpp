@@ -17,7 +17,7 @@ class ManualClock::Bed {
 public:
     Bed(std::shared_ptr<ManualClock> clock, Duration duration) : clock_(std::move(clock)) {
         const std::scoped_lock lock(clock_->mutex_);
-        sleeper_ = std::make_shared<Sleeper>(clock_->now_ + duration);
+        sleeper_ = std::make_shared<Sleeper>(after(clock_->now_, duration));
         clock_->sleepers_.push_back(sleeper_);
         clock_->sleeps_.push_back(duration);
         clock_->changed_.notify_all();
@@ -65,7 +65,7 @@ void ManualClock::advance(Duration duration) {
     std::vector<std::shared_ptr<Sleeper>> due;
     {
         const std::scoped_lock lock(mutex_);
-        now_ += duration;
+        now_ = after(now_, duration);
         std::copy_if(sleepers_.begin(), sleepers_.end(), std::back_inserter(due),
                      [this](const auto& sleeper) { return sleeper->end <= now_; });
         for (const auto& sleeper : due) {

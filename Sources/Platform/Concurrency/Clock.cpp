@@ -22,9 +22,7 @@ public:
         if (duration <= Duration::zero()) {
             co_return;
         }
-        const Instant start = now();
-        const Instant end = duration < Instant::max() - start ? start + duration : Instant::max();
-        asio::steady_timer timer(co_await asio::this_coro::executor, end);
+        asio::steady_timer timer(co_await asio::this_coro::executor, after(now(), duration));
         const auto [error] = co_await timer.async_wait(asio::as_tuple(asio::use_awaitable));
         if (error) {
             throw CancellationError();
@@ -37,6 +35,10 @@ public:
 Clock::Clock() = default;
 
 Clock::~Clock() = default;
+
+Clock::Instant Clock::after(Instant start, Duration duration) {
+    return duration < Instant::max() - start ? start + duration : Instant::max();
+}
 
 std::shared_ptr<Clock> Clock::system() {
     static const std::shared_ptr<Clock> clock = std::make_shared<SystemClock>();

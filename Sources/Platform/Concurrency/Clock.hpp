@@ -28,6 +28,10 @@ public:
 
 protected:
     Clock();
+
+    /// The end of a duration that is not negative; durations beyond the clock's range end at its last instant.
+    [[nodiscard]] static Instant after(Instant start, Duration duration);
+
     Clock(const Clock&) = default;
     Clock& operator=(const Clock&) = default;
 };
