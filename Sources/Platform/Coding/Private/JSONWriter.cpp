@@ -207,8 +207,11 @@ void JSONWriter::putColon() {
 }
 
 void JSONWriter::fieldKey(const FieldTable& field) {
-    const bool usesDefault = settings_.keyEncodingStrategy.kind() == KeyEncodingStrategy::Kind::useDefaultKeys;
-    if (!usesDefault || field.jsonKey.empty() || settings_.sortsKeys) {
+    const KeyEncodingStrategy::Kind strategy = settings_.keyEncodingStrategy.kind();
+    if (strategy == KeyEncodingStrategy::Kind::convertToSnakeCase && !field.snakeCaseKey.empty()) {
+        return mapKey(field.snakeCaseKey);
+    }
+    if (strategy != KeyEncodingStrategy::Kind::useDefaultKeys || field.jsonKey.empty() || settings_.sortsKeys) {
         return describedKey(field.key);
     }
     startMember();
