@@ -36,6 +36,11 @@ if(TOVREL_SANITIZERS)
   endif()
 endif()
 
+if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+  # GCC 12 pairs the frame's operator new with the wrong operator delete once it has inlined one of them.
+  target_compile_options(tovrel_build_options INTERFACE -Wno-mismatched-new-delete)
+endif()
+
 if(TOVREL_SANITIZERS STREQUAL "thread" AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
   # GCC warns about every fence under ThreadSanitizer; Asio's come from its headers.
   target_compile_options(tovrel_build_options INTERFACE -Wno-tsan)
