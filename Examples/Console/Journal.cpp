@@ -32,13 +32,17 @@ void body(std::string_view text) {
 
 namespace journal {
 
-void heading(std::string_view text) { std::cout << "\n== " << text << '\n'; }
+void heading(std::string_view text) {
+    std::cout << "\n== " << text << '\n';
+}
 
-void line(std::string_view text) { std::cout << "   " << text << '\n'; }
+void line(std::string_view text) {
+    std::cout << "   " << text << '\n';
+}
 
 void sent(const ReceivedRequest& request) {
-    std::cout << "   → " << request.method << " https://" << request.host << request.target << "  (" << name(request.version)
-              << ", connection " << request.connection << ")\n";
+    std::cout << "   → " << request.method << " https://" << request.host << request.target << "  ("
+              << name(request.version) << ", connection " << request.connection << ")\n";
     for (const auto& header : request.headers) {
         std::cout << "      " << header.name << ": " << header.value << '\n';
     }

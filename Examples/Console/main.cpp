@@ -1,14 +1,13 @@
 // The demo: everything that the library does so far, against a local back end that it starts itself.
 
-#include <TovrelTesting/LocalSession.hpp>
-#include <TovrelWebServices/TovrelWebServices.hpp>
-
 #include "DemoBackEnd.hpp"
 #include "Item.hpp"
 #include "Journal.hpp"
 
 #include <Platform/Concurrency/Start.hpp>
 #include <Platform/Concurrency/TaskGroup.hpp>
+#include <TovrelTesting/LocalSession.hpp>
+#include <TovrelWebServices/TovrelWebServices.hpp>
 
 #include <chrono>
 #include <cstdio>
@@ -64,7 +63,8 @@ std::string described(const Item& item) {
 
 void getTypedRecords(const Demo& demo) {
     journal::heading("GET over TLS, decoded into typed records");
-    const auto sent = request("items/latest")->setQueryParameter("limit", "3")->setAcceptLanguages({AcceptLanguage("en")});
+    const auto sent =
+        request("items/latest")->setQueryParameter("limit", "3")->setAcceptLanguages({AcceptLanguage("en")});
     const auto response = get(demo.service->execute<std::vector<Item>>(sent));
     demo.printSent();
     journal::received(response.statusCode, response.headers, response.rawData);
@@ -75,8 +75,7 @@ void getTypedRecords(const Demo& demo) {
 
 void postRecord(const Demo& demo) {
     journal::heading("POST of a JSON body");
-    const auto sent =
-        request("items")->setMethod(HttpMethod::post)->setBody(NewItem("Sextant"), JSONEncoder());
+    const auto sent = request("items")->setMethod(HttpMethod::post)->setBody(NewItem("Sextant"), JSONEncoder());
     const auto response = get(demo.service->execute<Item>(sent));
     demo.printSent();
     journal::received(response.statusCode, response.headers, response.rawData);
@@ -91,8 +90,8 @@ void retryAfterFault(const Demo& demo) {
     const auto sent = request("items/7")->setRetryStrategy(strategy)->setWillRetryObserver([&] {
         const Seconds waited = std::chrono::steady_clock::now() - begin;
         char text[80];
-        std::snprintf(text, sizeof text, "the response broke off; waited %.2f s, sending again (retry %d of 3)", waited.count(),
-                      static_cast<int>(strategy->currentRetries()));
+        std::snprintf(text, sizeof text, "the response broke off; waited %.2f s, sending again (retry %d of 3)",
+                      waited.count(), static_cast<int>(strategy->currentRetries()));
         journal::line(text);
     });
     const auto response = get(demo.service->execute<Item>(sent));

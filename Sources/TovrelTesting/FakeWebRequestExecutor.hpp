@@ -48,7 +48,8 @@ private:
 
     static Async<WebResponse> dataOf(std::shared_ptr<FakeWebRequestExecutor> self,
                                      std::shared_ptr<const WebRequestable> request);
-    static Async<void> executeOn(std::shared_ptr<FakeWebRequestExecutor> self, std::shared_ptr<const WebRequestable> request);
+    static Async<void> executeOn(std::shared_ptr<FakeWebRequestExecutor> self,
+                                 std::shared_ptr<const WebRequestable> request);
     WebResponse respond(const std::shared_ptr<const WebRequestable>& request);
 
     mutable std::mutex mutex_;

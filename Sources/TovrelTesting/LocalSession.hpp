@@ -9,8 +9,8 @@
 
 namespace tovrel::testing {
 
-/// A session configuration for which the back end is every one of these hosts: connections for them go to its TLS port, and
-/// its certificate authority is trusted beside the system's. The back end's certificate has to name the hosts.
+/// A session configuration for which the back end is every one of these hosts: connections for them go to its TLS port,
+/// and its certificate authority is trusted beside the system's. The back end's certificate has to name the hosts.
 [[nodiscard]] TOVREL_EXPORT URLSessionConfiguration localSessionConfiguration(const LocalBackEnd& backEnd,
                                                                               const std::vector<std::string>& hosts);
 

@@ -1,6 +1,5 @@
 #include <Platform/Concurrency/CancellationError.hpp>
 #include <Platform/URLLoading/URLError.hpp>
-#include <Support/Await.hpp>
 #include <TovrelTesting/FakeWebRequestExecutor.hpp>
 #include <TovrelTesting/ManualClock.hpp>
 #include <TovrelWebServices/Services/DefaultHttpWebService.hpp>
@@ -9,6 +8,8 @@
 #include <TovrelWebServices/Transport/WebServiceError.hpp>
 
 #include <gmock/gmock.h>
+
+#include <Support/Await.hpp>
 
 namespace tovrel::tests {
 
@@ -45,7 +46,9 @@ WebResponse reply(std::string_view body, std::int64_t status = 200) {
     return WebResponse(Data(body), HTTPHeaders{HTTPHeader("X", "y")}, status);
 }
 
-WebResponse replyWithoutBody() { return WebResponse(std::nullopt, HTTPHeaders(), 200); }
+WebResponse replyWithoutBody() {
+    return WebResponse(std::nullopt, HTTPHeaders(), 200);
+}
 
 class HttpWebServiceTest : public AsyncTest {
 protected:
@@ -92,7 +95,9 @@ TEST_F(HttpWebServiceTest, SendsAgainWhileTheStrategyAllowsAndReportsTheLastFail
     executor_->fail(WebServiceError::timedOut());
     int retries = 0;
     const auto sent =
-        request()->setRetryStrategy(TimesRetryLogicStrategy::make(2, 0))->setWillRetryObserver([&retries] { ++retries; });
+        request()->setRetryStrategy(TimesRetryLogicStrategy::make(2, 0))->setWillRetryObserver([&retries] {
+            ++retries;
+        });
     EXPECT_EQ(webServiceErrorOf(service_->execute(sent)), WebServiceError::timedOut());
     EXPECT_EQ(executor_->requestCount(), 3U);
     EXPECT_EQ(retries, 2);
@@ -112,9 +117,9 @@ TEST_F(HttpWebServiceTest, CallsTheObserverBeforeEachSendingAgainAndNeverAfterTh
         order.emplace_back("sent");
         throw WebServiceError::timedOut();
     });
-    const auto sent = request()
-                          ->setRetryStrategy(TimesRetryLogicStrategy::make(2, 0))
-                          ->setWillRetryObserver([&order] { order.emplace_back("observed"); });
+    const auto sent = request()->setRetryStrategy(TimesRetryLogicStrategy::make(2, 0))->setWillRetryObserver([&order] {
+        order.emplace_back("observed");
+    });
     EXPECT_TRUE(webServiceErrorOf(service_->execute(sent)));
     EXPECT_THAT(order, ::testing::ElementsAre("sent", "observed", "sent", "observed", "sent"));
 }

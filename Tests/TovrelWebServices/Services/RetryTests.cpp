@@ -1,5 +1,4 @@
 #include <Platform/Concurrency/CancellationError.hpp>
-#include <Support/Await.hpp>
 #include <TovrelTesting/FakeWebRequestExecutor.hpp>
 #include <TovrelTesting/ManualClock.hpp>
 #include <TovrelWebServices/Services/DefaultHttpWebService.hpp>
@@ -11,13 +10,14 @@
 #include <gmock/gmock.h>
 
 #include <limits>
+#include <Support/Await.hpp>
 
 namespace tovrel::tests {
 
 using namespace std::chrono_literals;
 using ::testing::ElementsAre;
-using ::testing::IsEmpty;
 using testing::FakeWebRequestExecutor;
+using ::testing::IsEmpty;
 using testing::ManualClock;
 
 namespace {
@@ -111,7 +111,8 @@ TEST_F(Retry, StaysCountedWhenItsWaitIsCancelled) {
     auto clock = ManualClock::make();
     auto strategy = TimesRetryLogicStrategy::make(1, 10, clock);
     std::promise<std::exception_ptr> error;
-    const TaskHandle task = start<void>(strategy->willRetry(), [&](Outcome<void> outcome) { error.set_value(outcome.error()); });
+    const TaskHandle task =
+        start<void>(strategy->willRetry(), [&](Outcome<void> outcome) { error.set_value(outcome.error()); });
     ASSERT_TRUE(clock->waitForSleepers(1));
     task.cancel();
     EXPECT_THROW(std::rethrow_exception(error.get_future().get()), CancellationError);
@@ -178,9 +179,10 @@ TEST_F(Retry, ObserverIsCalledAlsoWhenThereIsNothingToWaitFor) {
 TEST_F(Retry, ObserverIsNotCalledWhenTheWaitIsCancelled) {
     auto clock = ManualClock::make();
     int calls = 0;
-    const auto sent = request()
-                          ->setRetryStrategy(TimesRetryLogicStrategy::make(1, 10, clock))
-                          ->setWillRetryObserver([&calls] { ++calls; });
+    const auto sent =
+        request()->setRetryStrategy(TimesRetryLogicStrategy::make(1, 10, clock))->setWillRetryObserver([&calls] {
+            ++calls;
+        });
     std::promise<std::exception_ptr> error;
     const TaskHandle task =
         start<bool>(retryIfNeeded(sent), [&](Outcome<bool> outcome) { error.set_value(outcome.error()); });

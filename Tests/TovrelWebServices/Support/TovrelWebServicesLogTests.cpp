@@ -19,8 +19,8 @@ public:
     std::vector<std::string> records;
 
     void write(const SystemLogRecord& record) override {
-        records.push_back(record.subsystem + "|" + record.category + "|" + std::to_string(static_cast<int>(record.type)) +
-                          "|" + record.message);
+        records.push_back(record.subsystem + "|" + record.category + "|" +
+                          std::to_string(static_cast<int>(record.type)) + "|" + record.message);
     }
 };
 

@@ -25,9 +25,11 @@ TEST(URLBuilder, PutsTheServersOwnResourcesBelowItsApi) {
 }
 
 TEST(URLBuilder, PutsTheProtocolsEndpointsBelowTheRealm) {
-    EXPECT_EQ(built("protocol/openid-connect/token", TovrelAccountsRealm::tovrelstudios, TovrelAccountsEndpoint::openIDConnect),
+    EXPECT_EQ(built("protocol/openid-connect/token", TovrelAccountsRealm::tovrelstudios,
+                    TovrelAccountsEndpoint::openIDConnect),
               onTestHost("/realms/tovrelstudios/protocol/openid-connect/token"));
-    EXPECT_EQ(built("protocol/openid-connect/logout", TovrelAccountsRealm::marrowquill, TovrelAccountsEndpoint::openIDConnect),
+    EXPECT_EQ(built("protocol/openid-connect/logout", TovrelAccountsRealm::marrowquill,
+                    TovrelAccountsEndpoint::openIDConnect),
               onTestHost("/realms/marrowquill/protocol/openid-connect/logout"));
 }
 

@@ -15,9 +15,13 @@ namespace tovrel::tests {
 
 namespace {
 
-std::string languages(const std::vector<AcceptLanguage>& list) { return AcceptLanguage::headerValue(list); }
+std::string languages(const std::vector<AcceptLanguage>& list) {
+    return AcceptLanguage::headerValue(list);
+}
 
-std::string weight(double value) { return AcceptLanguage::numberFormatter().string(value).value_or("nothing"); }
+std::string weight(double value) {
+    return AcceptLanguage::numberFormatter().string(value).value_or("nothing");
+}
 
 } // namespace
 
@@ -75,7 +79,8 @@ TEST(AcceptEncodingType, AcceptsDeflateThenGzipByDefaultFromOneSharedList) {
 }
 
 TEST(AcceptEncodingType, KeepsOrderAndRepetitionsInTheHeaderValue) {
-    const std::vector<AcceptEncodingType> types{AcceptEncodingType::zstd, AcceptEncodingType::br, AcceptEncodingType::zstd};
+    const std::vector<AcceptEncodingType> types{AcceptEncodingType::zstd, AcceptEncodingType::br,
+                                                AcceptEncodingType::zstd};
     EXPECT_EQ(AcceptEncodingType::headerValue(types), "zstd, br, zstd");
     EXPECT_EQ(AcceptEncodingType::headerValue({}), "");
 }
@@ -109,7 +114,8 @@ TEST(AcceptLanguage, SortsTheMostWantedFirst) {
 }
 
 TEST(AcceptLanguage, KeepsTheCallersOrderAmongEquals) {
-    EXPECT_EQ(languages({AcceptLanguage("a", 1.0), AcceptLanguage("b"), AcceptLanguage("c", 1.0)}), "a;q=1.0,b,c;q=1.0");
+    EXPECT_EQ(languages({AcceptLanguage("a", 1.0), AcceptLanguage("b"), AcceptLanguage("c", 1.0)}),
+              "a;q=1.0,b,c;q=1.0");
     EXPECT_EQ(languages({AcceptLanguage("x"), AcceptLanguage("y", 1.7), AcceptLanguage("z")}), "x,y;q=1.0,z");
 }
 
@@ -122,7 +128,9 @@ TEST(AcceptLanguage, StandsAloneWhereItsWeightCannotBeRendered) {
     EXPECT_EQ(languages({AcceptLanguage("en", std::nan("")), AcceptLanguage("de", 0.1)}), "de;q=0.1,en");
 }
 
-TEST(AcceptLanguage, IsAStarForAnEmptyList) { EXPECT_EQ(languages({}), "*"); }
+TEST(AcceptLanguage, IsAStarForAnEmptyList) {
+    EXPECT_EQ(languages({}), "*");
+}
 
 TEST(CachePolicy, MapsOntoThePlatformPolicyOfTheSameName) {
     EXPECT_EQ(static_cast<int>(platformCachePolicy(CachePolicy::useProtocolCachePolicy)), 0);
@@ -136,8 +144,9 @@ TEST(CachePolicy, MapsOntoThePlatformPolicyOfTheSameName) {
 TEST(DecodingStrategy, HasTwoPresets) {
     EXPECT_EQ(DecodingStrategy::default_(),
               DecodingStrategy(KeyDecodingStrategy::useDefaultKeys(), DateDecodingStrategy::deferredToDate()));
-    EXPECT_EQ(DecodingStrategy::snakeCaseAndMilliseconds(),
-              DecodingStrategy(KeyDecodingStrategy::convertFromSnakeCase(), DateDecodingStrategy::millisecondsSince1970()));
+    EXPECT_EQ(
+        DecodingStrategy::snakeCaseAndMilliseconds(),
+        DecodingStrategy(KeyDecodingStrategy::convertFromSnakeCase(), DateDecodingStrategy::millisecondsSince1970()));
     EXPECT_NE(DecodingStrategy::default_(), DecodingStrategy::snakeCaseAndMilliseconds());
 }
 

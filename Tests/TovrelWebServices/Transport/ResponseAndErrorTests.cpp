@@ -82,9 +82,9 @@ TEST(ErrorMapper, TurnsNotConnectedAndTimedOutIntoTheTransportsVocabulary) {
 }
 
 TEST(ErrorMapper, PassesEveryOtherErrorAsItIs) {
-    for (const auto& error :
-         {pointer(URLError::cancelled()), pointer(URLError::cannotFindHost()), pointer(URLError::networkConnectionLost()),
-          pointer(WebServiceError::invalidUrl()), pointer(CancellationError()), pointer(std::runtime_error("foreign"))}) {
+    for (const auto& error : {pointer(URLError::cancelled()), pointer(URLError::cannotFindHost()),
+                              pointer(URLError::networkConnectionLost()), pointer(WebServiceError::invalidUrl()),
+                              pointer(CancellationError()), pointer(std::runtime_error("foreign"))}) {
         EXPECT_EQ(mapped(error), error);
     }
 }

@@ -1,6 +1,4 @@
 #include <Platform/System/Bundle.hpp>
-#include <Support/Await.hpp>
-#include <Support/UserAgent.hpp>
 #include <TovrelContracts/AssertionCoordinator.hpp>
 #include <TovrelWebServices/Services/TimesRetryLogicStrategy.hpp>
 #include <TovrelWebServices/Transport/WebRequest.hpp>
@@ -11,6 +9,8 @@
 
 #include <limits>
 #include <stdexcept>
+#include <Support/Await.hpp>
+#include <Support/UserAgent.hpp>
 
 namespace tovrel::tests {
 
@@ -29,9 +29,13 @@ std::shared_ptr<HttpRequest> request(std::string_view url) {
                              CachePolicy::useProtocolCachePolicy);
 }
 
-std::string sentURL(const std::shared_ptr<HttpRequest>& request) { return request->setUpRequest().url.absoluteString(); }
+std::string sentURL(const std::shared_ptr<HttpRequest>& request) {
+    return request->setUpRequest().url.absoluteString();
+}
 
-std::string bodyText(const WebRequestable& request) { return request.body() ? request.body()->string() : "absent"; }
+std::string bodyText(const WebRequestable& request) {
+    return request.body() ? request.body()->string() : "absent";
+}
 
 struct Payload {
     std::string title;
@@ -116,7 +120,8 @@ TEST(WebRequest, RefusesAResourceThatGivesNoURL) {
 }
 
 TEST(WebRequest, SettersChangeTheRequestInPlaceAndChainAlsoOnANewOne) {
-    const auto chained = request("https://h/x")->setMethod(HttpMethod::post)->setHeader("X", "y")->setTimeoutInterval(1.5);
+    const auto chained =
+        request("https://h/x")->setMethod(HttpMethod::post)->setHeader("X", "y")->setTimeoutInterval(1.5);
     EXPECT_EQ(chained->method(), HttpMethod::post);
     EXPECT_EQ(chained->headers().at("X"), "y");
     EXPECT_EQ(chained->setCachePolicy(CachePolicy::reloadIgnoringLocalCacheData), chained);
@@ -126,8 +131,7 @@ TEST(WebRequest, SettersChangeTheRequestInPlaceAndChainAlsoOnANewOne) {
 
 TEST(WebRequest, ComparesHeaderNamesExactly) {
     const auto made = request("https://h")->setHeader("a", "1")->setHeader("A", "2")->setHeader("a", "3");
-    EXPECT_THAT(made->headers(),
-                ElementsAre(Pair("A", "2"), Pair("Content-Type", "application/json"), Pair("a", "3")));
+    EXPECT_THAT(made->headers(), ElementsAre(Pair("A", "2"), Pair("Content-Type", "application/json"), Pair("a", "3")));
 }
 
 TEST(WebRequest, MergesHeadersAndLetsTheNewValueWin) {
@@ -190,8 +194,8 @@ TEST(WebRequest, MergesQueryParametersInEverySpelling) {
     const std::map<std::string, std::string> single{{"x", "3"}};
     const std::map<std::string, std::vector<std::string>> lists{{"y", {"4", "5"}}};
     made->setQueryParameters(single)->setQueryParameters(lists);
-    EXPECT_THAT(made->queryParameters(),
-                ElementsAre(Pair("a", ElementsAre("b")), Pair("x", ElementsAre("3")), Pair("y", ElementsAre("4", "5"))));
+    EXPECT_THAT(made->queryParameters(), ElementsAre(Pair("a", ElementsAre("b")), Pair("x", ElementsAre("3")),
+                                                     Pair("y", ElementsAre("4", "5"))));
 }
 
 TEST(WebRequest, KeepsAnEmptyListThatIsMergedAndSendsNothingForIt) {
@@ -361,7 +365,8 @@ TEST(UserAgent, StaysAsItIsWithoutAVersionOrAPlatformAndTheLogSaysWhy) {
     const auto messages = captureLog([] {
         WebRequestConfig::setUserAgent(TovrelAppIdentifier("ab"), Bundle(Bundle::InfoDictionary()), "iOS");
         WebRequestConfig::setUserAgent(TovrelAppIdentifier("ab"),
-                                       Bundle(Bundle::InfoDictionary{{"CFBundleShortVersionString", std::int64_t{5}}}), "iOS");
+                                       Bundle(Bundle::InfoDictionary{{"CFBundleShortVersionString", std::int64_t{5}}}),
+                                       "iOS");
         WebRequestConfig::setUserAgent(TovrelAppIdentifier("ab"), versionedBundle("1.0"), std::nullopt);
     });
     EXPECT_THAT(messages, ElementsAre("WebRequestConfig:12 Unable to fetch version from bundle",
@@ -377,8 +382,8 @@ TEST(WebRequest, OfAnUnknownKindReportsItAndGoesOutWithoutAStepOfItsOwn) {
     AssertionCoordinator::setHandler([&](std::string_view message, std::string_view file, int line) {
         reports.push_back(std::string(message) + " " + std::string(file) + ":" + std::to_string(line));
     });
-    const auto made = WebRequest<UnknownKind>::make(*URL::parse("https://h/x"), HttpMethod::get, ContentType::plainText(), 1,
-                                                    CachePolicy::useProtocolCachePolicy);
+    const auto made = WebRequest<UnknownKind>::make(*URL::parse("https://h/x"), HttpMethod::get,
+                                                    ContentType::plainText(), 1, CachePolicy::useProtocolCachePolicy);
     const URLRequest sent = made->buildURLRequest();
     AssertionCoordinator::setHandler(nullptr);
     EXPECT_THAT(reports, ElementsAre("Unsupported WebRequest Type WebRequestable:60"));
