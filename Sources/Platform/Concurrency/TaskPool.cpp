@@ -20,12 +20,13 @@ std::size_t computeThreads() {
     return std::max<std::size_t>(2, std::thread::hardware_concurrency());
 }
 
+/// Threads that are joined at exit. The pool itself stays: objects that outlive it, statics of the host for example, may
+/// still hold its executors, which then run nothing.
 class Lane {
 public:
-    Lane(std::size_t threads, std::atomic<Lane*>& self) : pool_(threads), self_(self) { self_.store(this); }
+    explicit Lane(std::size_t threads) : pool_(*new asio::thread_pool(threads)) {}
 
     ~Lane() {
-        self_.store(nullptr);
         pool_.stop();
         pool_.join();
     }
@@ -33,42 +34,46 @@ public:
     Lane(const Lane&) = delete;
     Lane& operator=(const Lane&) = delete;
 
-    [[nodiscard]] asio::thread_pool::executor_type executor() { return pool_.get_executor(); }
+    [[nodiscard]] asio::thread_pool& pool() const { return pool_; }
 
 private:
-    asio::thread_pool pool_;
-    std::atomic<Lane*>& self_;
+    asio::thread_pool& pool_;
 };
 
 // Asking whether a thread is of the pool must not start a lane.
-constinit std::atomic<Lane*> computeLane{nullptr};
-constinit std::atomic<Lane*> blockingLane{nullptr};
-constinit std::atomic<Lane*> networkLane{nullptr};
+constinit std::atomic<asio::thread_pool*> computePool{nullptr};
+constinit std::atomic<asio::thread_pool*> blockingPool{nullptr};
+constinit std::atomic<asio::thread_pool*> networkPool{nullptr};
 
-bool runsInThisThread(const std::atomic<Lane*>& lane) {
-    Lane* running = lane.load();
-    return running != nullptr && running->executor().running_in_this_thread();
+asio::thread_pool::executor_type executor(const Lane& lane, std::atomic<asio::thread_pool*>& started) {
+    started.store(&lane.pool());
+    return lane.pool().get_executor();
+}
+
+bool runsInThisThread(const std::atomic<asio::thread_pool*>& started) {
+    asio::thread_pool* pool = started.load();
+    return pool != nullptr && pool->get_executor().running_in_this_thread();
 }
 
 } // namespace
 
 Executor TaskPool::compute() {
-    static Lane lane(computeThreads(), computeLane);
-    return asio::make_strand(lane.executor());
+    static const Lane lane(computeThreads());
+    return asio::make_strand(executor(lane, computePool));
 }
 
 Executor TaskPool::blocking() {
-    static Lane lane(blockingThreads, blockingLane);
-    return asio::make_strand(lane.executor());
+    static const Lane lane(blockingThreads);
+    return asio::make_strand(executor(lane, blockingPool));
 }
 
 Executor TaskPool::network() {
-    static Lane lane(1, networkLane);
-    return lane.executor();
+    static const Lane lane(1);
+    return executor(lane, networkPool);
 }
 
 bool TaskPool::isPoolThread() {
-    return runsInThisThread(computeLane) || runsInThisThread(blockingLane) || runsInThisThread(networkLane);
+    return runsInThisThread(computePool) || runsInThisThread(blockingPool) || runsInThisThread(networkPool);
 }
 
 } // namespace tovrel

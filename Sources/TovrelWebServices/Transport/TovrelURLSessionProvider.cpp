@@ -19,7 +19,8 @@ TovrelURLSessionProvider::TovrelURLSessionProvider(URLSessionConfiguration confi
 TovrelURLSessionProvider::~TovrelURLSessionProvider() = default;
 
 std::shared_ptr<URLSession> TovrelURLSessionProvider::session() const {
-    return session_.load();
+    const std::scoped_lock lock(snapshot_);
+    return session_;
 }
 
 void TovrelURLSessionProvider::updateCache(const WebRequestCacheDefinition& definition) {
@@ -27,7 +28,9 @@ void TovrelURLSessionProvider::updateCache(const WebRequestCacheDefinition& defi
     static_cast<void>(definition.memory.bytes());
     static_cast<void>(definition.disk.bytes());
     const std::scoped_lock lock(lock_);
-    session_.store(URLSession::make(configuration_));
+    std::shared_ptr<URLSession> session = URLSession::make(configuration_);
+    const std::scoped_lock snapshotLock(snapshot_);
+    session_.swap(session);
 }
 
 } // namespace tovrel

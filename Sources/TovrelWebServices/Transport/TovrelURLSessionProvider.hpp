@@ -2,7 +2,6 @@
 
 #include <TovrelWebServices/Transport/URLSessionProvider.hpp>
 
-#include <atomic>
 #include <memory>
 #include <mutex>
 
@@ -26,8 +25,9 @@ private:
     explicit TovrelURLSessionProvider(URLSessionConfiguration configuration);
 
     const URLSessionConfiguration configuration_;
-    std::mutex lock_;
-    std::atomic<std::shared_ptr<URLSession>> session_;
+    std::mutex lock_;             // serialises updates
+    mutable std::mutex snapshot_; // held for a copy or a swap of the pointer, never for an update
+    std::shared_ptr<URLSession> session_;
 };
 
 } // namespace tovrel
