@@ -1,21 +1,21 @@
-#include <Platform/Concurrency/Start.hpp>
-#include <Platform/URLLoading/URL.hpp>
-#include <TovrelTesting/ManualClock.hpp>
+#include <TovrelTesting/LocalBackEnd.hpp>
+#include <TovrelTesting/LocalSession.hpp>
+#include <TovrelWebServices/TovrelWebServices.hpp>
 
 #include <iostream>
 
-namespace {
-
-tovrel::Async<bool> keepsTimeStill(std::shared_ptr<tovrel::Clock> clock) {
-    const auto before = clock->now();
-    co_await clock->sleep(tovrel::Clock::Duration::zero());
-    co_return clock->now() == before;
-}
-
-} // namespace
+using namespace tovrel;
+using tovrel::testing::LocalBackEnd;
+using tovrel::testing::ReceivedRequest;
+using tovrel::testing::ScriptedResponse;
 
 int main() {
-    const bool isStill = tovrel::get(keepsTimeStill(tovrel::testing::ManualClock::make()));
-    std::cout << (isStill ? "linked" : "broken") << '\n';
-    return isStill ? 0 : 1;
+    auto backEnd = LocalBackEnd::start();
+    backEnd->on("GET", "/word", [](const ReceivedRequest&) { return ScriptedResponse::json(R"(["linked"])"); });
+
+    auto sessions = TovrelURLSessionProvider::make(testing::localSessionConfiguration(*backEnd, {"localhost"}));
+    auto service = DefaultHttpWebService::make(URLSessionWebRequestExecutor::make(sessions));
+    auto request = WebRequest<RequestType::HTTP>::build(TovrelEnvironment::production, "localhost", "word");
+    auto response = get(service->execute<std::vector<std::string>>(request));
+    std::cout << response.responseObject.front() << '\n';
 }
