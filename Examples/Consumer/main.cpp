@@ -1,3 +1,4 @@
+#include <Platform/Concurrency/Start.hpp>
 #include <TovrelTesting/LocalBackEnd.hpp>
 #include <TovrelTesting/LocalSession.hpp>
 #include <TovrelWebServices/TovrelWebServices.hpp>

@@ -1,4 +1,5 @@
 // [readme]
+#include <Platform/Platform.hpp>
 #include <TovrelWebServices/TovrelWebServices.hpp>
 
 #include <iostream>
