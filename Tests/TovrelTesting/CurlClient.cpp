@@ -99,6 +99,7 @@ std::unique_ptr<CurlClient::Transfer> CurlClient::prepare(const CurlRequest& req
         curl_easy_setopt(handle, CURLOPT_POSTFIELDSIZE_LARGE, static_cast<curl_off_t>(own.body.size()));
         curl_easy_setopt(handle, CURLOPT_POSTFIELDS, own.body.data());
     }
+    curl_easy_setopt(handle, CURLOPT_FRESH_CONNECT, own.isOnFreshConnection ? 1L : 0L);
     if (!own.acceptEncoding.empty()) {
         curl_easy_setopt(handle, CURLOPT_ACCEPT_ENCODING, own.acceptEncoding.c_str());
     }

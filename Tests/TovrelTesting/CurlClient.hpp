@@ -19,6 +19,7 @@ struct CurlRequest {
     std::vector<std::string> headers;
     long version = CURL_HTTP_VERSION_1_1;
     std::string acceptEncoding;
+    bool isOnFreshConnection = false;
     std::chrono::milliseconds timeout = std::chrono::seconds(20);
 
     explicit CurlRequest(std::string requestUrl) : url(std::move(requestUrl)) {}

@@ -57,6 +57,10 @@ void Channel::cancelReadingAhead() {
     socket_.cancel(ignored);
 }
 
+Async<void> Channel::waitForFirstBytes() {
+    co_await socket_.async_wait(asio::ip::tcp::socket::wait_read, asio::use_awaitable);
+}
+
 Async<void> Channel::handshake() {
     if (!tls_) {
         co_return;

@@ -36,6 +36,9 @@ public:
     Async<void> readAhead();
     void cancelReadingAhead();
 
+    /// Returns when the first bytes have arrived.
+    Async<void> waitForFirstBytes();
+
     Async<void> handshake();
     Async<std::size_t> readSome(char* buffer, std::size_t size);
     Async<void> write(std::string_view bytes);

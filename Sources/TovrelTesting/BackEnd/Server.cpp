@@ -174,15 +174,18 @@ Async<bool> Server::stallHandshake(std::shared_ptr<Channel> channel) {
 }
 
 Async<bool> Server::meetHandshakeFault(std::shared_ptr<Channel> channel, Fault fault) {
+    if (fault.kind == FaultKind::stall) {
+        co_return co_await stallHandshake(channel);
+    }
+    co_await channel->waitForFirstBytes();
     switch (fault.kind) {
     case FaultKind::reset:
         channel->reset();
         co_return false;
-    case FaultKind::stall:
-        co_return co_await stallHandshake(channel);
     case FaultKind::garbage:
         co_await channel->writeBeneathTLS(fault.bytes);
         break;
+    case FaultKind::stall:
     case FaultKind::close:
     case FaultKind::truncation:
         break;
