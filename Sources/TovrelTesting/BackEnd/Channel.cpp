@@ -105,21 +105,36 @@ Async<void> Channel::writeForgedRecord() {
     co_await writeBeneathTLS(std::string_view(record.data(), record.size()));
 }
 
-Async<void> Channel::endSending(Farewell farewell) {
-    if (tls_ && farewell == Farewell::closeNotify) {
-        // The operation sends its alert at once and then waits for the peer's, which need not ever come.
-        tls_->async_shutdown([self = shared_from_this()](const error_code&) {});
-        co_await asio::post(socket_.get_executor(), asio::use_awaitable);
-    }
+void Channel::shutDownSending() {
     error_code ignored;
     socket_.shutdown(asio::ip::tcp::socket::shutdown_send, ignored);
 }
 
+void Channel::endSending(Farewell farewell) {
+    if (tls_ && farewell == Farewell::closeNotify) {
+        // The operation sends its alert at once and then waits for the peer's, which need not ever come.
+        tls_->async_shutdown([self = shared_from_this()](const error_code&) {});
+        asio::post(socket_.get_executor(), [self = shared_from_this()] { self->shutDownSending(); });
+    } else {
+        shutDownSending();
+    }
+}
+
 Async<void> Channel::finish(Farewell farewell) {
     closeSoon();
-    co_await endSending(farewell);
-    std::array<char, 4096> swallowed{};
     error_code failure;
+    if (tls_ && farewell == Farewell::closeNotify) {
+        // The end of the stream is told only once, so no read may follow the one that this operation ends with. It ends
+        // early, with bytes still to come, where the peer goes on to send.
+        asio::post(socket_.get_executor(), [self = shared_from_this()] { self->shutDownSending(); });
+        co_await tls_->async_shutdown(asio::redirect_error(asio::use_awaitable, failure));
+        if (failure.category() == asio::error::get_ssl_category()) {
+            failure.clear();
+        }
+    } else {
+        shutDownSending();
+    }
+    std::array<char, 4096> swallowed{};
     while (!failure) {
         co_await socket_.async_read_some(asio::buffer(swallowed), asio::redirect_error(asio::use_awaitable, failure));
     }

@@ -50,7 +50,7 @@ public:
     Async<void> writeForgedRecord();
 
     /// Says goodbye and ends the sending direction.
-    Async<void> endSending(Farewell farewell);
+    void endSending(Farewell farewell);
 
     /// Ends the sending direction and swallows what the peer still sends, for a socket that is closed over unread bytes
     /// resets the connection. Returns when the peer has ended its direction, at the latest after a second.
@@ -68,6 +68,8 @@ public:
     bool isClosed() const { return !socket_.is_open(); }
 
 private:
+    void shutDownSending();
+
     std::uint64_t number_;
     boost::asio::ip::tcp::socket socket_;
     std::optional<boost::asio::ssl::stream<boost::asio::ip::tcp::socket&>> tls_;

@@ -121,6 +121,7 @@ Async<void> Http1Connection::read() {
         input_.append(readBuffer_.data(), count);
     } catch (const boost::system::system_error&) {
         isGone_ = true;
+        channel_->abort();
     }
 }
 

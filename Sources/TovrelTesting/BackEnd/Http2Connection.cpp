@@ -239,7 +239,7 @@ Async<void> Http2Connection::sayGoodbye() {
     } else if (lastFault_->kind == FaultKind::badTLS) {
         co_await channel_->writeForgedRecord();
     }
-    co_await channel_->endSending(farewell);
+    channel_->endSending(farewell);
 }
 
 } // namespace tovrel::testing

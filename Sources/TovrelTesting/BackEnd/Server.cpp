@@ -72,8 +72,7 @@ void Server::closeConnections() {
         for (const auto& [number, weakChannel] : channels_) {
             if (const auto channel = weakChannel.lock()) {
                 channel->closeSoon();
-                asio::co_spawn(context_, channel->endSending(Farewell::closeNotify),
-                               [channel](const std::exception_ptr&) {});
+                channel->endSending(Farewell::closeNotify);
             }
         }
     });
