@@ -34,21 +34,27 @@ enum class FaultKind { close, reset, stall, truncation, garbage, slowDrip, wrong
 
 /// Something that goes wrong in an exchange.
 ///
-/// | fault | HTTP/1.1 | HTTP/2 |
-/// |---|---|---|
-/// | `close` | ends the connection without a TLS farewell | GOAWAY, then the same |
-/// | `reset` | resets the TCP connection | RST_STREAM: REFUSED_STREAM at `requestStart`, later INTERNAL_ERROR |
-/// | `stall` | silence until `LocalBackEnd::releaseStalled`, then the exchange goes on | the same, for this stream |
-/// | `truncation` | stops in mid-message, then an orderly TLS farewell | the stream ends early, as if complete |
-/// | `garbage` | bytes that are no HTTP, then an orderly farewell | bytes that are no frame, then the same |
-/// | `slowDrip` | from there on a few bytes at a time, in the request's body too | the same, bodies only |
-/// | `wrongLength` | `Content-Length` differs from the body; the connection ends after it | the same line; the stream
-/// ends | | `badTLS` | a TLS record that does not authenticate | the same, for the whole connection |
+/// - `close`: ends the connection without a TLS farewell; in HTTP/2 a GOAWAY goes before.
+/// - `reset`: resets the TCP connection; in HTTP/2 only the stream, as REFUSED_STREAM at `requestStart`, where nothing
+/// was
+///   processed, and as INTERNAL_ERROR later (RFC 9113 section 7).
+/// - `stall`: silence until `LocalBackEnd::releaseStalled`, then the exchange goes on; other HTTP/2 streams are not
+/// held.
+/// - `truncation`: stops in mid-message with an orderly TLS farewell; an HTTP/2 stream ends early, as if it were
+/// complete.
+/// - `garbage`: bytes that are no HTTP, or no HTTP/2 frame, then an orderly farewell.
+/// - `slowDrip`: from there on a few bytes at a time, in the request's body too; in HTTP/2 the bodies only.
+/// - `wrongLength`: `Content-Length` differs from the body; in HTTP/1.1 the connection ends after it.
+/// - `badTLS`: a record that does not authenticate, for the whole connection; without TLS just its bytes.
 ///
 /// At the handshake `reset` and `stall` are as above, `close` and `truncation` end the connection, and every other kind
-/// answers the client's hello with bytes that are no TLS. Without TLS `badTLS` is `garbage`. At the end `truncation`
-/// keeps the last byte back, in chunked framing the last chunk's marker too, and `slowDrip` has nothing left to slow
-/// down.
+/// answers the client's hello with bytes that are no TLS.
+///
+/// At the end `truncation` keeps the last byte of a body back, and in chunked framing the last chunk's marker too;
+/// `slowDrip` has nothing left to slow down, nor `stall` an HTTP/2 stream to hold.
+///
+/// A client that leaves a stalled exchange is noticed at once, unless it has more than a MiB of the request's body on
+/// the way: that is left where it is, and the farewell behind it is seen only after the release.
 struct TOVREL_EXPORT Fault {
     FaultKind kind;
     FaultPoint point;

@@ -1,4 +1,4 @@
-#include <TovrelTesting/RawClient.hpp>
+#include <TovrelTesting/BackEnd/RawClient.hpp>
 
 #include <gtest/gtest.h>
 #include <openssl/err.h>

@@ -1,4 +1,4 @@
-#include <TovrelTesting/CurlClient.hpp>
+#include <TovrelTesting/BackEnd/CurlClient.hpp>
 
 #include <fmt/format.h>
 

@@ -1,5 +1,5 @@
-#include <TovrelTesting/BackEndFixture.hpp>
-#include <TovrelTesting/RawClient.hpp>
+#include <TovrelTesting/BackEnd/BackEndFixture.hpp>
+#include <TovrelTesting/BackEnd/RawClient.hpp>
 
 namespace tovrel::testing {
 

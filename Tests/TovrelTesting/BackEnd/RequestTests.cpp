@@ -1,4 +1,4 @@
-#include <TovrelTesting/BackEndFixture.hpp>
+#include <TovrelTesting/BackEnd/BackEndFixture.hpp>
 
 #include <thread>
 

@@ -1,4 +1,4 @@
-#include <TovrelTesting/BackEndFixture.hpp>
+#include <TovrelTesting/BackEnd/BackEndFixture.hpp>
 
 namespace tovrel::testing {
 
@@ -55,6 +55,23 @@ TEST_F(LocalBackEndRouting, GivesTheHandlerTheNamedParts) {
         return ScriptedResponse::text(request.parameters.at("realm") + "|" + request.parameters.at("path"));
     });
     EXPECT_EQ(get("/realms/north%20pole/files/a/b.txt?q=1").body, "north pole|a/b.txt");
+}
+
+TEST_F(LocalBackEndRouting, TakesAPatternForTheWholePath) {
+    backEnd->on("GET", "/realms/{realm}/members", saying("members"));
+    EXPECT_EQ(get("/realms/north/members").status, 200);
+    EXPECT_EQ(get("/realms//members").status, 404);
+    EXPECT_EQ(get("/realms/north/south/members").status, 404);
+    EXPECT_EQ(get("/realms/north/members/one").status, 404);
+    EXPECT_EQ(get("/realms/north").status, 404);
+}
+
+TEST_F(LocalBackEndRouting, TakesTheRestOfAPathEvenIfItIsEmpty) {
+    backEnd->on("GET", "/files/{path...}", [](const ReceivedRequest& request) {
+        return ScriptedResponse::text("[" + request.parameters.at("path") + "]");
+    });
+    EXPECT_EQ(get("/files/").body, "[]");
+    EXPECT_EQ(get("/files/a%2fb%zz/c").body, "[a/b%zz/c]");
 }
 
 TEST_F(LocalBackEndRouting, PrefersTheRouteThatWasAddedLast) {

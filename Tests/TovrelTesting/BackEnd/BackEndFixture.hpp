@@ -1,6 +1,6 @@
 #pragma once
 
-#include <TovrelTesting/CurlClient.hpp>
+#include <TovrelTesting/BackEnd/CurlClient.hpp>
 #include <TovrelTesting/TovrelTesting.hpp>
 
 #include <gmock/gmock.h>

@@ -1,4 +1,4 @@
-#include <TovrelTesting/BackEndFixture.hpp>
+#include <TovrelTesting/BackEnd/BackEndFixture.hpp>
 
 namespace tovrel::testing {
 
@@ -101,6 +101,15 @@ TEST_F(LocalBackEndHTTP1, ServesPlainHTTPOnItsOwnPort) {
     ASSERT_EQ(backEnd->requests().size(), 1U);
     EXPECT_EQ(backEnd->requests()[0].scheme, Scheme::http);
     EXPECT_EQ(backEnd->statistics().handshakesCompleted, 0U);
+}
+
+TEST_F(LocalBackEndHTTP1, AnswersNothingMoreOnAConnectionThatStallsAfterAResponse) {
+    backEnd->inject(Fault::stall(FaultPoint::end));
+    EXPECT_EQ(get("/hello").body, "Hello, world");
+    CurlRequest next = requestFor("/hello");
+    next.timeout = std::chrono::milliseconds(200);
+    EXPECT_EQ(client->perform(next).code, CURLE_OPERATION_TIMEDOUT);
+    EXPECT_EQ(backEnd->statistics().requestsReceived, 1U);
 }
 
 TEST_F(LocalBackEndHTTP1, ServesManyConnectionsAtOnce) {
