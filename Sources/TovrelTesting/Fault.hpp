@@ -35,9 +35,8 @@ enum class FaultKind { close, reset, stall, truncation, garbage, slowDrip, wrong
 /// Something that goes wrong in an exchange.
 ///
 /// - `close`: ends the connection without a TLS farewell; in HTTP/2 a GOAWAY goes before.
-/// - `reset`: resets the TCP connection; in HTTP/2 only the stream, as REFUSED_STREAM at `requestStart`, where nothing
-/// was
-///   processed, and as INTERNAL_ERROR later (RFC 9113 section 7).
+/// - `reset`: resets the TCP connection; in HTTP/2 only the stream (RFC 9113 section 7), as REFUSED_STREAM at
+///   `requestStart`, where nothing was processed, and as INTERNAL_ERROR later.
 /// - `stall`: silence until `LocalBackEnd::releaseStalled`, then the exchange goes on; other HTTP/2 streams are not
 /// held.
 /// - `truncation`: stops in mid-message with an orderly TLS farewell; an HTTP/2 stream ends early, as if it were
