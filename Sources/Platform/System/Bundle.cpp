@@ -1,11 +1,8 @@
+#include <Platform/Coding/PropertyListDecoder.hpp>
 #include <Platform/System/Bundle.hpp>
 
-#include <plist/plist.h>
-
-#include <cstdlib>
 #include <fstream>
 #include <iterator>
-#include <memory>
 #include <system_error>
 #include <utility>
 
@@ -13,66 +10,61 @@ namespace tovrel {
 
 namespace {
 
-struct FreeNode {
-    void operator()(void* node) const { plist_free(node); }
+/// One entry of an "Info.plist"; without a value if it is of a kind that a bundle does not know.
+struct InfoEntry {
+    std::optional<Bundle::InfoValue> value;
+
+    InfoEntry() = default;
+    explicit InfoEntry(std::optional<Bundle::InfoValue> entryValue) : value(std::move(entryValue)) {}
 };
 
-std::string contents(const std::filesystem::path& file) {
-    std::ifstream stream(file, std::ios::binary);
-    return {std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
+template <class... Types>
+std::optional<Bundle::InfoValue> firstOf(Decoder& decoder) {
+    std::optional<Bundle::InfoValue> value;
+    const auto attempt = [&]<class T>(std::in_place_type_t<T>) {
+        try {
+            value = decoder.singleValue().decode<T>();
+        } catch (const DecodingError&) {
+            return false;
+        }
+        return true;
+    };
+    static_cast<void>((attempt(std::in_place_type<Types>) || ...));
+    return value;
 }
 
-std::optional<Bundle::InfoValue> infoValue(plist_t node) {
-    switch (plist_get_node_type(node)) {
-    case PLIST_STRING: {
-        std::uint64_t length = 0;
-        const char* text = plist_get_string_ptr(node, &length);
-        return Bundle::InfoValue(std::in_place_type<std::string>, text, length);
+} // namespace
+
+template <>
+struct Coding<InfoEntry> {
+    static InfoEntry decode(Decoder& decoder) {
+        return InfoEntry(firstOf<std::string, bool, std::int64_t, double>(decoder));
     }
-    case PLIST_UINT: {
-        std::uint64_t number = 0;
-        plist_get_uint_val(node, &number);
-        return Bundle::InfoValue(static_cast<std::int64_t>(number));
+
+    static void encode(const InfoEntry& entry, Encoder& encoder) {
+        std::visit([&](const auto& value) { encoder.singleValue(value); }, entry.value.value_or(std::string()));
     }
-    case PLIST_REAL: {
-        double number = 0;
-        plist_get_real_val(node, &number);
-        return Bundle::InfoValue(number);
-    }
-    case PLIST_BOOLEAN: {
-        std::uint8_t truth = 0;
-        plist_get_bool_val(node, &truth);
-        return Bundle::InfoValue(truth != 0);
-    }
-    default:
-        return std::nullopt;
-    }
+};
+
+namespace {
+
+Data contents(const std::filesystem::path& file) {
+    std::ifstream stream(file, std::ios::binary);
+    return Data(std::string(std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()));
 }
 
 Bundle::InfoDictionary readInfoDictionary(const std::filesystem::path& file) {
-    const std::string text = contents(file);
-    plist_t root = nullptr;
-    if (!text.empty()) {
-        plist_from_memory(text.data(), static_cast<std::uint32_t>(text.size()), &root);
-    }
-    const std::unique_ptr<void, FreeNode> owner(root);
     Bundle::InfoDictionary dictionary;
-    if (root == nullptr || plist_get_node_type(root) != PLIST_DICT) {
-        return dictionary;
-    }
-    plist_dict_iter iterator = nullptr;
-    plist_dict_new_iter(root, &iterator);
-    char* key = nullptr;
-    plist_t node = nullptr;
-    for (plist_dict_next_item(root, iterator, &key, &node); key != nullptr;
-         plist_dict_next_item(root, iterator, &key, &node)) {
-        if (auto value = infoValue(node)) {
-            dictionary.emplace(key, std::move(*value));
+    try {
+        const auto entries = PropertyListDecoder().decode<std::map<std::string, InfoEntry>>(contents(file));
+        for (const auto& [key, entry] : entries) {
+            if (entry.value) {
+                dictionary.emplace(key, *entry.value);
+            }
         }
-        std::free(key);
-        key = nullptr;
+    } catch (const DecodingError&) {
+        dictionary.clear();
     }
-    std::free(iterator);
     return dictionary;
 }
 

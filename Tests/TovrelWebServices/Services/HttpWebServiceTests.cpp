@@ -5,11 +5,10 @@
 #include <TovrelWebServices/Services/DefaultHttpWebService.hpp>
 #include <TovrelWebServices/Services/TimesRetryLogicStrategy.hpp>
 #include <TovrelWebServices/Transport/WebRequest.hpp>
-#include <TovrelWebServices/Transport/WebServiceError.hpp>
 
 #include <gmock/gmock.h>
 
-#include <Support/Await.hpp>
+#include <Support/WebServiceErrors.hpp>
 
 namespace tovrel::tests {
 
@@ -55,16 +54,6 @@ protected:
     std::shared_ptr<FakeWebRequestExecutor> executor_ = FakeWebRequestExecutor::make();
     std::shared_ptr<HttpWebService> service_ = DefaultHttpWebService::make(executor_);
 };
-
-template <class T>
-std::optional<WebServiceError> webServiceErrorOf(Async<T> operation) {
-    try {
-        getInTime(std::move(operation));
-    } catch (const WebServiceError& error) {
-        return error;
-    }
-    return std::nullopt;
-}
 
 } // namespace
 

@@ -1,11 +1,8 @@
-#include <Platform/System/Logger.hpp>
 #include <TovrelWebServices/Support/TovrelWebServicesLog.hpp>
 
 #include <gmock/gmock.h>
 
-#include <memory>
-#include <string>
-#include <vector>
+#include <Support/SystemLogTest.hpp>
 
 namespace tovrel::tests {
 
@@ -14,35 +11,8 @@ using ::testing::IsEmpty;
 
 namespace {
 
-class Sink final : public SystemLogSink {
-public:
-    std::vector<std::string> records;
-
-    void write(const SystemLogRecord& record) override {
-        records.push_back(record.subsystem + "|" + record.category + "|" +
-                          std::to_string(static_cast<int>(record.type)) + "|" + record.message);
-    }
-};
-
-/// The system log of one test.
-class TovrelWebServicesLog : public ::testing::Test {
+class TovrelWebServicesLog : public SystemLogTest {
 protected:
-    void SetUp() override {
-        SystemLog::setSink(sink_);
-        SystemLog::setMessagesPublic(true);
-    }
-
-    void TearDown() override {
-        SystemLog::flush();
-        SystemLog::setMinimumType(OSLogType::default_);
-    }
-
-    [[nodiscard]] const std::vector<std::string>& written() const {
-        SystemLog::flush();
-        return sink_->records;
-    }
-
-    std::shared_ptr<Sink> sink_ = std::make_shared<Sink>();
     LogSite site_{"File", "function()", 7};
 };
 
@@ -50,12 +20,17 @@ protected:
 
 TEST_F(TovrelWebServicesLog, WritesToTheLibrarysSubsystemUnderItsCategory) {
     TovrelLoggers::TWS().log(TovrelLogLevel::error, TovrelWebServicesLogCategory::general, "lost", site_);
-    EXPECT_THAT(written(), ElementsAre("com.tovrel.frameworks.tovrelservice|General|3|lost"));
+    ASSERT_EQ(written().size(), 1U);
+    const SystemLogRecord record = written().front();
+    EXPECT_EQ(record.subsystem, "com.tovrel.frameworks.tovrelservice");
+    EXPECT_EQ(record.category, "General");
+    EXPECT_EQ(record.type, OSLogType::error);
+    EXPECT_EQ(record.message, "lost");
 }
 
 TEST_F(TovrelWebServicesLog, EmitsPercentSignsLiterally) {
     TovrelLoggers::TWS().log(TovrelLogLevel::warning, TovrelWebServicesLogCategory::general, "100%s of %n", site_);
-    EXPECT_THAT(written(), ElementsAre("com.tovrel.frameworks.tovrelservice|General|2|100%s of %n"));
+    EXPECT_THAT(writtenMessages(), ElementsAre("100%s of %n"));
 }
 
 TEST_F(TovrelWebServicesLog, EmitsNothingBelowTheLoggersLevel) {
@@ -80,7 +55,7 @@ TEST_F(TovrelWebServicesLog, EmitsNothingWithItsLevelDisabledInTheSystem) {
 TEST_F(TovrelWebServicesLog, HidesMessagesThatAreNotPublic) {
     SystemLog::setMessagesPublic(false);
     TovrelWebServicesOSLogExecutor().log(Logger("s", "c"), OSLogType::error, "a name");
-    EXPECT_THAT(written(), ElementsAre("s|c|3|<private>"));
+    EXPECT_THAT(writtenMessages(), ElementsAre("<private>"));
 }
 
 TEST_F(TovrelWebServicesLog, CanBeReplacedByTheHost) {

@@ -2,12 +2,11 @@
 #include <Platform/URLLoading/URLError.hpp>
 #include <TovrelWebServices/Transport/URLSessionWebRequestExecutor.hpp>
 #include <TovrelWebServices/Transport/WebRequest.hpp>
-#include <TovrelWebServices/Transport/WebServiceError.hpp>
 
 #include <gtest/gtest.h>
 
 #include <functional>
-#include <Support/Await.hpp>
+#include <Support/WebServiceErrors.hpp>
 
 namespace tovrel::tests {
 
@@ -57,16 +56,6 @@ protected:
     template <class E>
     void fail(E error) {
         answer([error](const URLRequest&) -> URLSessionResult { throw error; });
-    }
-
-    template <class T>
-    std::optional<WebServiceError> webServiceErrorOf(Async<T> operation) {
-        try {
-            getInTime(std::move(operation));
-        } catch (const WebServiceError& error) {
-            return error;
-        }
-        return std::nullopt;
     }
 
     std::shared_ptr<FakeProvider> provider_ = std::make_shared<FakeProvider>();
