@@ -37,10 +37,8 @@ enum class FaultKind { close, reset, stall, truncation, garbage, slowDrip, wrong
 /// - `close`: ends the connection without a TLS farewell; in HTTP/2 a GOAWAY goes before.
 /// - `reset`: resets the TCP connection; in HTTP/2 only the stream (RFC 9113 section 7), as REFUSED_STREAM at
 ///   `requestStart`, where nothing was processed, and as INTERNAL_ERROR later.
-/// - `stall`: silence until `LocalBackEnd::releaseStalled`, then the exchange goes on; other HTTP/2 streams are not
-/// held.
-/// - `truncation`: stops in mid-message with an orderly TLS farewell; an HTTP/2 stream ends early, as if it were
-/// complete.
+/// - `stall`: silence until `LocalBackEnd::releaseStalled`, then the exchange goes on; holds no other HTTP/2 stream.
+/// - `truncation`: stops in mid-message with an orderly TLS farewell; an HTTP/2 stream ends early, as if complete.
 /// - `garbage`: bytes that are no HTTP, or no HTTP/2 frame, then an orderly farewell.
 /// - `slowDrip`: from there on a few bytes at a time, in the request's body too; in HTTP/2 the bodies only.
 /// - `wrongLength`: `Content-Length` differs from the body; in HTTP/1.1 the connection ends after it.
