@@ -36,7 +36,7 @@ HTTPPeer HTTPPeer::absent(std::string name) {
 }
 
 std::vector<HTTPPeer> httpPeers() {
-    return {tovrelSession(), bareCurl(), sameWorkCurl(),
+    return {tovrelSession(), tovrelExecutor(), tovrelService(), bareCurl(), sameWorkCurl(),
 #ifdef TOVREL_HAS_HTTPLIB
             cppHttplib(),
 #else

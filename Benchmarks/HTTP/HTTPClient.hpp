@@ -68,11 +68,16 @@ extern const char* const bareLoopName;
 extern const char* const sameWorkLoopName;
 
 HTTPPeer tovrelSession();
+HTTPPeer tovrelExecutor();
+HTTPPeer tovrelService();
 HTTPPeer bareCurl();
 HTTPPeer sameWorkCurl();
 HTTPPeer cppHttplib();
 HTTPPeer qtNetwork();
 HTTPPeer libsoup();
+
+/// How many of the first peers are ours.
+constexpr std::size_t ownPeers = 3;
 
 /// Ours first, then the loops over libcurl, then the other libraries.
 std::vector<HTTPPeer> httpPeers();

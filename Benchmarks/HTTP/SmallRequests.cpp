@@ -36,6 +36,7 @@ void compare(const Endpoint& endpoint, std::size_t atOnce) {
         Column("ms CPU/1000", [](const Measurement& row) { return fmt::format("{:.1f}", row.cpuSeconds * 1e6); }),
         Column("allocations", [](const Measurement& row) { return fmt::format("{:.1f}", row.allocations); }),
         Column("noise", [](const Measurement& row) { return fmt::format("{:.0f} %", row.noise * 100); })};
+    report.ours = ownPeers;
     report.targets = {Target(bareLoopName, 1.10), Target(sameWorkLoopName, 1.05), Target("cpp-httplib", 1.0),
                       Target("QNetworkAccessManager", 1.0), Target("libsoup 3", 1.0)};
     report.print(measure(contenders, rounds, static_cast<double>(requestsPerTurn)));

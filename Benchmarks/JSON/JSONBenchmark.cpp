@@ -61,12 +61,28 @@ void compareDecoding(const std::vector<JSONPeer>& peers, const RecordEnvelope& e
     report.print(measure(contenders, rounds, static_cast<double>(times)));
 }
 
+void compareEncoding(const std::vector<JSONPeer>& peers, const RecordEnvelope& envelope) {
+    const std::size_t size = writtenByServer(envelope).size();
+    const auto times = static_cast<std::size_t>(bytesPerTurn / static_cast<double>(size)) + 1;
+    std::vector<Contender> contenders;
+    for (const JSONPeer& peer : peers) {
+        if (!peer.absence.empty()) {
+            contenders.push_back(Contender::absent(peer.name, peer.absence));
+            continue;
+        }
+        peer.encode(envelope, [&](std::string_view text) { requireSame(peer, peer.decode(Data(text)), envelope); });
+        contenders.emplace_back(peer.name, repeat(times, [&] { peer.encode(envelope, [](std::string_view) {}); }));
+    }
+    makeReport("encode", envelope.data.size(), size).print(measure(contenders, rounds, static_cast<double>(times)));
+}
+
 } // namespace
 
 void compareJSON() {
     for (const std::size_t recordCount : {std::size_t(1), std::size_t(200), std::size_t(20'000)}) {
         const RecordEnvelope envelope = makeEnvelope(recordCount);
         compareDecoding(jsonPeers(), envelope);
+        compareEncoding(jsonPeers(), envelope);
     }
 }
 

@@ -1,4 +1,5 @@
 #include <Platform/Coding/JSONDecoder.hpp>
+#include <Platform/Coding/JSONEncoder.hpp>
 
 #include <JSON/JSONPeers.hpp>
 
@@ -10,7 +11,9 @@ JSONPeer tovrelJSON() {
         [decoder =
              JSONDecoder(KeyDecodingStrategy::convertFromSnakeCase(), DateDecodingStrategy::millisecondsSince1970())](
             const Data& document) { return decoder.decode<RecordEnvelope>(document); },
-        nullptr);
+        [encoder =
+             JSONEncoder(KeyEncodingStrategy::convertToSnakeCase(), DateEncodingStrategy::millisecondsSince1970())](
+            const RecordEnvelope& envelope, const JSONPeer::Reader& read) { read(encoder.encode(envelope).view()); });
 }
 
 } // namespace tovrel::benchmarks
