@@ -5,19 +5,32 @@
 #include <exception>
 #include <functional>
 #include <HTTP/HTTPBenchmark.hpp>
+#include <HTTP/MemoryProbe.hpp>
 #include <HTTP/ServerProcess.hpp>
 #include <JSON/JSONBenchmark.hpp>
 #include <map>
 #include <string>
+#include <vector>
 
 namespace tovrel::benchmarks {
 
 namespace {
 
-const std::map<std::string, std::function<void()>> comparisons = {
-    {"json", compareJSON}, {"http", compareSmallRequests}, {"serve", serve}};
+const std::map<std::string, std::function<void()>> comparisons = {{"json", compareJSON},
+                                                                  {"http", compareSmallRequests},
+                                                                  {"download", compareDownloads},
+                                                                  {"flight", compareRequestsInFlight}};
 
-int run(const std::string& name) {
+int run(const std::vector<std::string>& arguments) {
+    const std::string name = arguments.empty() ? "" : arguments.front();
+    if (name == "serve") {
+        serve();
+        return EXIT_SUCCESS;
+    }
+    if (name == "memory") {
+        probeMemory(std::vector<std::string>(arguments.begin() + 1, arguments.end()));
+        return EXIT_SUCCESS;
+    }
     const auto found = comparisons.find(name);
     if (found == comparisons.end()) {
         fmt::print(stderr, "usage: tovrel_benchmarks");
@@ -37,7 +50,7 @@ int run(const std::string& name) {
 
 int main(int argc, char** argv) {
     try {
-        return tovrel::benchmarks::run(argc == 2 ? argv[1] : "");
+        return tovrel::benchmarks::run(std::vector<std::string>(argv + 1, argv + argc));
     } catch (const std::exception& error) {
         fmt::print(stderr, "{}\n", error.what());
         return EXIT_FAILURE;

@@ -26,6 +26,8 @@ struct Measurement {
     /// The distance between the quartiles, as a share of the median.
     double noise = 0;
     double allocations = 0;
+    /// The rise of the resident memory in bytes, where it was measured.
+    double peakMemory = 0;
 
     explicit Measurement(std::string contenderName);
 };
