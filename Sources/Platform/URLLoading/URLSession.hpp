@@ -34,7 +34,8 @@ public:
     /// Redirects are followed, 20 at most; an Authorization, Proxy-Authorization or Cookie field stops at the border of
     /// its origin. "Accept-Encoding: gzip, deflate, br" is sent unless the request says otherwise or asks for a range.
     /// A request that fails on a connection from an earlier request before the first byte of a response is sent again
-    /// if its method is idempotent (RFC 9110, section 9.2.2); any other fails as networkConnectionLost.
+    /// if its method is idempotent (RFC 9110, section 9.2.2). Any other goes out on a new connection if the server has
+    /// ended the earlier one by then, and fails as networkConnectionLost if it does so later: nothing is sent twice.
     ///
     /// Releasing the last reference lets the requests under way finish.
     /// @throws URLError secureConnectionFailed if an additional certificate authority is not a PEM certificate.

@@ -38,10 +38,11 @@ long connectTimeoutMilliseconds(double seconds) noexcept {
 
 } // namespace
 
-EasyHandle::EasyHandle(TransferSettings& settings, const Deadlines::TimePoint& now)
-    : now_(now), easy_(curl::makeEasy()) {
+EasyHandle::EasyHandle(TransferSettings& settings, OpenSockets& sockets, const Deadlines::TimePoint& now)
+    : sockets_(sockets), now_(now), easy_(curl::makeEasy()) {
     CURL* easy = easy_.get();
     settings.configureEasy(easy);
+    sockets.serve(easy);
     set(easy, CURLOPT_PRIVATE, this);
     set(easy, CURLOPT_HEADERFUNCTION, &EasyHandle::onHeader);
     set(easy, CURLOPT_HEADERDATA, this);
@@ -64,6 +65,7 @@ EasyHandle& EasyHandle::of(CURL* easy) noexcept {
 void EasyHandle::prepare(Transfer& transfer) {
     transfer_ = &transfer;
     set(get(), CURLOPT_URL, transfer.request().url.absoluteString().c_str());
+    set(get(), CURLOPT_FRESH_CONNECT, transfer.needsNewConnection() ? 1L : 0L);
     set(get(), CURLOPT_CONNECTTIMEOUT_MS, connectTimeoutMilliseconds(transfer.idleLimit()));
     setMethodAndBody(transfer);
     setFields(transfer);
@@ -150,9 +152,14 @@ int EasyHandle::onSeek(void* self, curl_off_t offset, int origin) noexcept {
     return done ? CURL_SEEKFUNC_OK : CURL_SEEKFUNC_FAIL;
 }
 
-int EasyHandle::onAttempt(void* self, char* /*address*/, char* /*localAddress*/, int /*port*/,
-                          int /*localPort*/) noexcept {
-    return static_cast<EasyHandle*>(self)->transfer_->startAttempt() ? CURL_PREREQFUNC_OK : CURL_PREREQFUNC_ABORT;
+int EasyHandle::onAttempt(void* self, char* /*address*/, char* /*localAddress*/, int /*port*/, int localPort) noexcept {
+    const auto& handle = *static_cast<EasyHandle*>(self);
+    Transfer& transfer = *handle.transfer_;
+    if (transfer.mayRepeat()) {
+        return CURL_PREREQFUNC_OK;
+    }
+    return transfer.startOnlyAttempt(handle.sockets_.hasPeerLeft(localPort)) ? CURL_PREREQFUNC_OK
+                                                                             : CURL_PREREQFUNC_ABORT;
 }
 
 } // namespace tovrel

@@ -3,6 +3,7 @@
 #include <Platform/URLLoading/Detail/Curl.hpp>
 #include <Platform/URLLoading/Detail/Deadlines.hpp>
 #include <Platform/URLLoading/Detail/HeaderList.hpp>
+#include <Platform/URLLoading/Detail/OpenSockets.hpp>
 #include <Platform/URLLoading/Detail/TransferSettings.hpp>
 
 #include <cstddef>
@@ -17,7 +18,7 @@ class Transfer;
 class EasyHandle {
 public:
     /// @param now The engine's clock, which it sets before it lets libcurl work.
-    EasyHandle(TransferSettings& settings, const Deadlines::TimePoint& now);
+    EasyHandle(TransferSettings& settings, OpenSockets& sockets, const Deadlines::TimePoint& now);
     EasyHandle(const EasyHandle&) = delete;
     EasyHandle& operator=(const EasyHandle&) = delete;
 
@@ -45,6 +46,7 @@ private:
     template <bool (Transfer::*receive)(std::string_view)>
     std::size_t deliver(std::string_view bytes) noexcept;
 
+    const OpenSockets& sockets_;
     const Deadlines::TimePoint& now_;
     HeaderList fields_;
     Transfer* transfer_ = nullptr;

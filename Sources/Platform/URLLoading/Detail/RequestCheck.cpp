@@ -2,6 +2,7 @@
 #include <Platform/URLLoading/Detail/Redirect.hpp>
 #include <Platform/URLLoading/Detail/RequestCheck.hpp>
 
+#include <algorithm>
 #include <string_view>
 
 namespace tovrel {
@@ -13,8 +14,7 @@ bool isToken(std::string_view text) noexcept {
 }
 
 bool isFieldValue(std::string_view text) noexcept {
-    using namespace std::string_view_literals;
-    return text.find_first_of("\r\n\0"sv) == std::string_view::npos;
+    return std::none_of(text.begin(), text.end(), [](char c) { return c == '\r' || c == '\n' || c == '\0'; });
 }
 
 } // namespace

@@ -49,9 +49,19 @@ std::optional<Data> Transfer::outgoingBody() const {
     return request_.httpMethod == "HEAD" ? std::nullopt : request_.body;
 }
 
-bool Transfer::startAttempt() noexcept {
-    // libcurl sends again when a kept connection turns out dead. The server may have seen the first one all the same.
-    if (++attempts_ > 1 && !isIdempotent(request_.httpMethod)) {
+bool Transfer::mayRepeat() const noexcept {
+    return isIdempotent(request_.httpMethod);
+}
+
+bool Transfer::startOnlyAttempt(bool hasPeerLeft) {
+    if (hasPeerLeft && !needsNewConnection_ && !hasStarted_) {
+        // Nothing was sent yet, so that another connection is safe.
+        foundPeerGone_ = true;
+        return false;
+    }
+    if (std::exchange(hasStarted_, true)) {
+        // libcurl sends again when a kept connection turns out dead. The server may have seen the first one all the
+        // same.
         fail(URLError::Kind::networkConnectionLost);
         return false;
     }
@@ -151,6 +161,10 @@ bool Transfer::finish(CURLcode code, long systemError) {
     if (failure_) {
         return false;
     }
+    if (std::exchange(foundPeerGone_, false)) {
+        needsNewConnection_ = true;
+        return true;
+    }
     if (code != CURLE_OK && !stopped_) {
         fail(errorKind(code, systemError));
         return false;
@@ -185,7 +199,8 @@ bool Transfer::follow(std::string_view location) {
     headComplete_ = false;
     discarded_.reset();
     stopped_ = false;
-    attempts_ = 0;
+    hasStarted_ = false;
+    needsNewConnection_ = false;
     sent_ = 0;
     return true;
 }

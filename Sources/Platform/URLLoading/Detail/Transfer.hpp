@@ -49,11 +49,15 @@ public:
     /// Seconds without a byte after which the transfer fails; may be infinite.
     double idleLimit() const noexcept;
 
+    /// Whether the request may be sent again when nobody knows if it arrived (RFC 9110, section 9.2.2).
+    bool mayRepeat() const noexcept;
+    bool needsNewConnection() const noexcept { return needsNewConnection_; }
+
     /// The body that goes out, if any.
     std::optional<Data> outgoingBody() const;
 
     // What libcurl reports while it works. False ends the transfer.
-    [[nodiscard]] bool startAttempt() noexcept;
+    [[nodiscard]] bool startOnlyAttempt(bool hasPeerLeft);
     [[nodiscard]] bool receiveHeader(std::string_view line);
     [[nodiscard]] bool receiveBody(std::string_view bytes);
     std::size_t sendBody(std::span<char> buffer) noexcept;
@@ -82,7 +86,9 @@ private:
     bool allowsPlainHTTP_;
     std::optional<std::uint64_t> maximumBodySize_;
     int redirects_ = 0;
-    int attempts_ = 0;
+    bool hasStarted_ = false;
+    bool foundPeerGone_ = false;
+    bool needsNewConnection_ = false;
     std::uint64_t sent_ = 0;
 
     ResponseHead head_;

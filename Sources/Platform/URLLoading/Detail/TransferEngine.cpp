@@ -132,7 +132,7 @@ void TransferEngine::start(std::shared_ptr<Transfer> transfer) {
     Transfer& started = *transfer;
     try {
         if (idleHandles_.empty()) {
-            idleHandles_.push_back(std::make_unique<EasyHandle>(settings_, now_));
+            idleHandles_.push_back(std::make_unique<EasyHandle>(settings_, sockets_, now_));
         }
         idleHandles_.back()->prepare(started);
         active_.push_back(std::move(transfer));

@@ -4,6 +4,7 @@
 #include <Platform/URLLoading/Detail/Curl.hpp>
 #include <Platform/URLLoading/Detail/Deadlines.hpp>
 #include <Platform/URLLoading/Detail/EasyHandle.hpp>
+#include <Platform/URLLoading/Detail/OpenSockets.hpp>
 #include <Platform/URLLoading/Detail/SocketEvents.hpp>
 #include <Platform/URLLoading/Detail/Transfer.hpp>
 #include <Platform/URLLoading/Detail/TransferSettings.hpp>
@@ -62,6 +63,7 @@ private:
     Executor executor_;
     TransferSettings settings_;
     SocketEvents events_;
+    OpenSockets sockets_;
     Deadlines::TimePoint now_;
     curl::Multi multi_;
     std::vector<std::unique_ptr<EasyHandle>> idleHandles_;
