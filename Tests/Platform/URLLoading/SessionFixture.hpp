@@ -7,7 +7,6 @@
 #include <Platform/URLLoading/URLSession.hpp>
 #include <TovrelTesting/LocalBackEnd.hpp>
 
-#include <boost/asio/steady_timer.hpp>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -191,8 +190,8 @@ private:
 
     /// The pool's threads and what they hold stay once there, so they must be there before anything is counted.
     static void warmUp() {
+        URLSession::make(URLSessionConfiguration());
         tovrel::get(nothing());
-        const boost::asio::steady_timer startsTheReactor(TaskPool::network());
     }
 
     static Loaded loaded(Outcome<URLSessionResult> outcome) {
