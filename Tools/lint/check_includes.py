@@ -29,6 +29,8 @@ LAYERS = [
 KNOTS = {
     # The log writes from a queue of its own, off its callers' threads.
     ("Platform/System/Logger.cpp", "Platform/Concurrency"),
+    # The description of a bundle is a property list.
+    ("Platform/System/Bundle.cpp", "Platform/Coding"),
     # A request carries its environment and its retry strategy.
     ("TovrelWebServices/Transport/WebRequest.hpp", "TovrelWebServices/Services"),
     ("TovrelWebServices/Transport/WebRequestable.cpp", "TovrelWebServices/Services"),

@@ -20,8 +20,8 @@ std::size_t computeThreads() {
     return std::max<std::size_t>(2, std::thread::hardware_concurrency());
 }
 
-/// Threads that are joined at exit. The pool itself stays: objects that outlive it, statics of the host for example, may
-/// still hold its executors, which then run nothing.
+/// Threads that are joined at exit. The pool itself stays: objects that outlive it, statics of the host for example,
+/// may still hold its executors, which then run nothing.
 class Lane {
 public:
     explicit Lane(std::size_t threads) : pool_(*new asio::thread_pool(threads)) {}
