@@ -7,11 +7,6 @@
 #include <limits>
 #include <new>
 
-#if defined(__linux__)
-#include <sys/mman.h>
-#include <unistd.h>
-#endif
-
 namespace tovrel {
 
 namespace detail {
@@ -20,7 +15,6 @@ struct DataBlock {
     std::atomic<std::size_t> owners{1};
     std::size_t size = 0;
     std::size_t capacity = 0; // without header and padding
-    std::size_t mapped = 0;   // length of the mapping, 0 for a block of the heap
 };
 
 } // namespace detail
@@ -44,67 +38,7 @@ std::size_t totalFor(std::size_t capacity) {
     return capacity + overhead;
 }
 
-#if defined(__linux__)
-
-constexpr std::size_t mappingThreshold = std::size_t{1} << 20;
-
-std::size_t roundedToPages(std::size_t length) {
-    static const auto page = static_cast<std::size_t>(::sysconf(_SC_PAGESIZE));
-    return (length + page - 1) / page * page;
-}
-
-DataBlock* mapBlock(std::size_t capacity) {
-    const std::size_t length = roundedToPages(totalFor(capacity));
-    void* memory = ::mmap(nullptr, length, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
-    if (memory == MAP_FAILED) {
-        throw std::bad_alloc();
-    }
-    auto* block = new (memory) DataBlock;
-    block->capacity = capacity;
-    block->mapped = length;
-    return block;
-}
-
-DataBlock* remapBlock(DataBlock* block, std::size_t capacity) {
-    const std::size_t length = roundedToPages(totalFor(capacity));
-    void* memory = ::mremap(block, block->mapped, length, MREMAP_MAYMOVE);
-    if (memory == MAP_FAILED) {
-        throw std::bad_alloc();
-    }
-    block = static_cast<DataBlock*>(memory);
-    block->capacity = capacity;
-    block->mapped = length;
-    return block;
-}
-
-void release(DataBlock* block) noexcept {
-    if (block->mapped != 0) {
-        ::munmap(block, block->mapped);
-    } else {
-        std::free(block);
-    }
-}
-
-#else
-
-constexpr std::size_t mappingThreshold = std::numeric_limits<std::size_t>::max();
-
-DataBlock* mapBlock(std::size_t) {
-    throw std::bad_alloc();
-}
-DataBlock* remapBlock(DataBlock*, std::size_t) {
-    throw std::bad_alloc();
-}
-void release(DataBlock* block) noexcept {
-    std::free(block);
-}
-
-#endif
-
 DataBlock* allocate(std::size_t capacity) {
-    if (capacity >= mappingThreshold) {
-        return mapBlock(capacity);
-    }
     void* memory = std::malloc(totalFor(capacity));
     if (memory == nullptr) {
         throw std::bad_alloc();
@@ -114,20 +48,11 @@ DataBlock* allocate(std::size_t capacity) {
     return block;
 }
 
-// The block has one owner. Its bytes stay, its address may not.
+// The block has one owner. Its bytes stay, its address may not: the allocator moves large blocks by remapping their
+// pages.
 DataBlock* reallocate(DataBlock* block, std::size_t capacity) {
     if (block == nullptr) {
         return allocate(capacity);
-    }
-    if (block->mapped != 0) {
-        return remapBlock(block, capacity);
-    }
-    if (capacity >= mappingThreshold) {
-        DataBlock* grown = mapBlock(capacity);
-        std::memcpy(bytesOf(grown), bytesOf(block), block->size);
-        grown->size = block->size;
-        release(block);
-        return grown;
     }
     void* memory = std::realloc(static_cast<void*>(block), totalFor(capacity));
     if (memory == nullptr) {
@@ -140,7 +65,7 @@ DataBlock* reallocate(DataBlock* block, std::size_t capacity) {
 
 void disown(DataBlock* block) noexcept {
     if (block != nullptr && block->owners.fetch_sub(1, std::memory_order_acq_rel) == 1) {
-        release(block);
+        std::free(block);
     }
 }
 

@@ -70,8 +70,7 @@ private:
 
 /// A growing run of bytes that becomes a `Data` without being copied.
 ///
-/// Large buffers live in pages of their own that the system moves by remapping, so growing one does not hold two
-/// copies. One thread at a time may use an object. Operations that allocate throw `std::bad_alloc`.
+/// One thread at a time may use an object. Operations that allocate throw `std::bad_alloc`.
 class TOVREL_EXPORT MutableData {
 public:
     MutableData() noexcept = default;

@@ -131,7 +131,7 @@ TEST(MutableData, ReservesExactlyWhatIsAsked) {
     EXPECT_EQ(buffer.capacity(), 3000000u);
 }
 
-TEST(MutableData, KeepsItsBytesWhileItGrowsFromTheHeapIntoPagesOfItsOwn) {
+TEST(MutableData, KeepsItsBytesWhileItGrows) {
     MutableData buffer;
     std::string expected;
     for (int round = 0; expected.size() < (std::size_t{5} << 20); ++round) {
