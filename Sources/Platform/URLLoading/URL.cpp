@@ -58,7 +58,11 @@ std::optional<URL> URL::parse(std::string_view text, const URL& base) {
     if (reference.scheme) {
         return URL(std::string(text));
     }
-    URL url(resolved(URIReference(base.absolute_), reference));
+    std::optional<std::string> absolute = resolved(URIReference(base.absolute_), reference);
+    if (!absolute || !isWellFormed(*absolute)) {
+        return std::nullopt;
+    }
+    URL url(std::move(*absolute));
     url.relative_.assign(text);
     url.base_ = std::make_shared<const URL>(base);
     return url;

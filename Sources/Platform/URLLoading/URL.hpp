@@ -20,7 +20,8 @@ public:
     /// Absent if the text is empty, no URI reference by the grammar of RFC 3986, or has a port above 65535.
     static std::optional<URL> parse(std::string_view text);
 
-    /// A reference that is resolved against `base` (RFC 3986, section 5.2); a text with a scheme ignores it.
+    /// A reference that is resolved against `base` (RFC 3986, section 5.2); a text with a scheme ignores it. Absent
+    /// also if the two together form no URL.
     static std::optional<URL> parse(std::string_view text, const URL& base);
 
     /// The whole URL, resolved against the base.

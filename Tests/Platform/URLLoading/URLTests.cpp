@@ -125,6 +125,13 @@ TEST(URL, ResolvesTheAbnormalExamplesOfTheStandard) {
     EXPECT_EQ(resolvedText("g?x", "http://a?y#z"), "http://a/g?x");
 }
 
+TEST(URL, IsAbsentWhereResolvingGivesSomethingElse) {
+    EXPECT_EQ(resolvedText(".", "?q"), "(none)");
+    EXPECT_EQ(resolvedText("./x:y", "a"), "(none)");
+    EXPECT_EQ(resolvedText(".//b", "file:/a"), "(none)");
+    EXPECT_EQ(resolvedText("./b", "file:/a"), "file:/b");
+}
+
 TEST(URL, RemembersItsBase) {
     const auto base = URL::parse("https://h/a/");
     const auto url = URL::parse("b?x", *base);

@@ -62,7 +62,9 @@ curl_socket_t OpenSockets::open(void* self, curlsocktype /*purpose*/, curl_socka
 }
 
 int OpenSockets::close(void* self, curl_socket_t socket) noexcept {
-    std::erase(static_cast<OpenSockets*>(self)->sockets_, socket);
+    auto& sockets = *static_cast<OpenSockets*>(self);
+    std::erase(sockets.sockets_, socket);
+    sockets.events_.forget(socket);
     return ::close(socket);
 }
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <Platform/URLLoading/Detail/SocketEvents.hpp>
+
 #include <curl/curl.h>
 
 #include <vector>
@@ -13,7 +15,8 @@ namespace tovrel {
 /// here.
 class OpenSockets {
 public:
-    OpenSockets() = default;
+    /// @param events Forgets a socket before it is closed.
+    explicit OpenSockets(SocketEvents& events) : events_(events) {}
     OpenSockets(const OpenSockets&) = delete;
     OpenSockets& operator=(const OpenSockets&) = delete;
 
@@ -27,6 +30,7 @@ private:
     static curl_socket_t open(void* self, curlsocktype purpose, curl_sockaddr* address) noexcept;
     static int close(void* self, curl_socket_t socket) noexcept;
 
+    SocketEvents& events_;
     std::vector<curl_socket_t> sockets_;
 };
 

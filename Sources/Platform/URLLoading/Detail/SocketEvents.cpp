@@ -31,30 +31,36 @@ SocketEvents::SocketEvents(const Executor& executor)
         throw std::system_error(error, std::system_category(), "epoll");
     }
     descriptor_.assign(set);
-    watch(alarm_, Interest{true, false}, false);
+    watch(alarm_, Interest{true, false});
 }
 
 SocketEvents::~SocketEvents() {
     close(alarm_);
 }
 
-void SocketEvents::watch(int socket, Interest interest, bool isWatched) noexcept {
+void SocketEvents::watch(int socket, Interest interest) {
+    const auto index = static_cast<std::size_t>(socket);
+    if (index >= isWatched_.size()) {
+        isWatched_.resize(index + 1);
+    }
     epoll_event event{};
     event.events = (interest.read ? EPOLLIN : 0U) | (interest.write ? EPOLLOUT : 0U);
     event.data.fd = socket;
     const int set = descriptor_.native_handle();
-    if (epoll_ctl(set, isWatched ? EPOLL_CTL_MOD : EPOLL_CTL_ADD, socket, &event) == 0) {
-        return;
-    }
-    // A number may have been closed and given out again in between.
-    if (errno == ENOENT) {
+    const bool wasWatched = isWatched_[index];
+    isWatched_[index] = true;
+    if (epoll_ctl(set, wasWatched ? EPOLL_CTL_MOD : EPOLL_CTL_ADD, socket, &event) != 0 && errno == ENOENT) {
+        // The number was closed elsewhere and given out again: those of the resolver come and go unseen.
         epoll_ctl(set, EPOLL_CTL_ADD, socket, &event);
-    } else if (errno == EEXIST) {
-        epoll_ctl(set, EPOLL_CTL_MOD, socket, &event);
     }
 }
 
 void SocketEvents::forget(int socket) noexcept {
+    const auto index = static_cast<std::size_t>(socket);
+    if (index >= isWatched_.size() || !isWatched_[index]) {
+        return;
+    }
+    isWatched_[index] = false;
     epoll_event unused{};
     epoll_ctl(descriptor_.native_handle(), EPOLL_CTL_DEL, socket, &unused);
 }

@@ -7,13 +7,14 @@
 
 #include <chrono>
 #include <span>
+#include <vector>
 
 namespace tovrel {
 
 /// Readiness of many sockets, and one alarm, behind a single descriptor.
 ///
 /// Asio watches one descriptor however many sockets there are, which costs less than a descriptor per socket and leaves
-/// the sockets to their owner. Not thread-safe; sockets may be closed at any time.
+/// the sockets to their owner. Not thread-safe.
 class SocketEvents {
 public:
     struct Interest {
@@ -33,8 +34,8 @@ public:
     SocketEvents& operator=(const SocketEvents&) = delete;
     ~SocketEvents();
 
-    /// @param isWatched Whether the socket was watched before.
-    void watch(int socket, Interest interest, bool isWatched) noexcept;
+    void watch(int socket, Interest interest);
+    /// To be called before the socket is closed: its number may then be somebody else's. Harmless if not watched.
     void forget(int socket) noexcept;
 
     /// Replaces the alarm. It ends a wait when its time comes.
@@ -54,6 +55,7 @@ public:
 
 private:
     int alarm_;
+    std::vector<bool> isWatched_;
     boost::asio::posix::stream_descriptor descriptor_;
 };
 

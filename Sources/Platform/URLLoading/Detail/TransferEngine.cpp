@@ -8,6 +8,7 @@
 #include <chrono>
 #include <cmath>
 #include <exception>
+#include <new>
 #include <utility>
 
 namespace tovrel {
@@ -21,9 +22,6 @@ using Clock = std::chrono::steady_clock;
 /// Handles beyond this number are not kept; each holds its buffers.
 constexpr std::size_t mostIdleHandles = 64;
 
-/// Marks a socket that is in the set already.
-void* const watched = const_cast<char*>("");
-
 Deadlines::TimePoint idleDeadline(const Transfer& transfer) {
     return transfer.lastActivity +
            std::chrono::duration_cast<Clock::duration>(std::chrono::duration<double>(transfer.idleLimit()));
@@ -32,7 +30,11 @@ Deadlines::TimePoint idleDeadline(const Transfer& transfer) {
 } // namespace
 
 TransferEngine::TransferEngine(Executor executor, const URLSessionConfiguration& configuration)
-    : executor_(std::move(executor)), settings_(configuration), events_(executor_), multi_(curl::makeMulti()) {
+    : executor_(std::move(executor)),
+      settings_(configuration),
+      events_(executor_),
+      sockets_(events_),
+      multi_(curl::makeMulti()) {
     CURLM* multi = multi_.get();
     settings_.configureMulti(multi);
     curl::check(curl_multi_setopt(multi, CURLMOPT_SOCKETFUNCTION, &TransferEngine::onSocket));
@@ -249,18 +251,19 @@ void TransferEngine::deliver() {
     }
 }
 
-int TransferEngine::onSocket(CURL* /*easy*/, curl_socket_t socket, int what, void* self, void* isWatched) noexcept {
+int TransferEngine::onSocket(CURL* /*easy*/, curl_socket_t socket, int what, void* self, void* /*unused*/) noexcept {
     auto& engine = *static_cast<TransferEngine*>(self);
     if (what == CURL_POLL_REMOVE) {
         engine.events_.forget(socket);
         return 0;
     }
     const SocketEvents::Interest interest{(what & CURL_POLL_IN) != 0, (what & CURL_POLL_OUT) != 0};
-    engine.events_.watch(socket, interest, isWatched != nullptr);
-    if (isWatched == nullptr) {
-        curl_multi_assign(engine.multi_.get(), socket, watched);
+    try {
+        engine.events_.watch(socket, interest);
+        return 0;
+    } catch (const std::bad_alloc&) {
+        return -1;
     }
-    return 0;
 }
 
 int TransferEngine::onTimer(CURLM* /*multi*/, long milliseconds, void* self) noexcept {

@@ -42,7 +42,7 @@ private:
         TransferOutcome outcome;
     };
 
-    static int onSocket(CURL* easy, curl_socket_t socket, int what, void* self, void* isWatched) noexcept;
+    static int onSocket(CURL* easy, curl_socket_t socket, int what, void* self, void* unused) noexcept;
     static int onTimer(CURLM* multi, long milliseconds, void* self) noexcept;
 
     void flush();

@@ -112,7 +112,7 @@ std::string removingDotSegments(std::string_view path) {
     return output;
 }
 
-std::string resolved(const URIReference& base, const URIReference& reference) {
+std::optional<std::string> resolved(const URIReference& base, const URIReference& reference) {
     URIReference target = reference;
     std::string path;
     if (reference.scheme || reference.authority) {
@@ -134,7 +134,12 @@ std::string resolved(const URIReference& base, const URIReference& reference) {
         }
     }
     target.path = path;
-    return target.text();
+    std::string text = target.text();
+    const URIReference again(text);
+    if (again.scheme != target.scheme || again.authority != target.authority) {
+        return std::nullopt;
+    }
+    return text;
 }
 
 } // namespace tovrel

@@ -31,8 +31,9 @@ struct URIAuthority {
     explicit URIAuthority(std::string_view text) noexcept;
 };
 
-/// RFC 3986, section 5.2.2.
-std::string resolved(const URIReference& base, const URIReference& reference);
+/// RFC 3986, section 5.2.2. Absent where the result would read as something else, as happens without an authority: a
+/// path that starts with "//", or a first segment with a colon.
+std::optional<std::string> resolved(const URIReference& base, const URIReference& reference);
 
 /// RFC 3986, section 5.2.4.
 std::string removingDotSegments(std::string_view path);
