@@ -97,11 +97,12 @@ protected:
             backEnd.reset();
         }
         const auto end = std::chrono::steady_clock::now() + deadline;
-        while ((openDescriptors() != descriptorsBefore_ || Task::countOfRunning() != tasksBefore_) &&
+        while ((openDescriptors() > descriptorsBefore_ || Task::countOfRunning() != tasksBefore_) &&
                std::chrono::steady_clock::now() < end) {
             std::this_thread::yield();
         }
-        EXPECT_EQ(openDescriptors(), descriptorsBefore_);
+        // Fewer are none lost: what warmed the process up may still have been closing its own.
+        EXPECT_LE(openDescriptors(), descriptorsBefore_);
         EXPECT_EQ(Task::countOfRunning(), tasksBefore_);
     }
 
