@@ -9,7 +9,7 @@ CODE = {".hpp", ".cpp", ".h"}
 TEXT = CODE | {".cmake", ".txt", ".md", ".py", ".in", ".json", ""}
 
 UNFINISHED = re.compile(r"\b(TO" r"DO|FIX" r"ME|XX" r"X)\b")
-DISABLED_TEST = re.compile(r"\bDISABLED" r"_\w+")
+IDLE_TEST = re.compile(r"\bDISABLED" r"_\w+")
 
 # Task starts every coroutine; a second way would bring its own cancellation rules. The back end for tests is a server
 # on a thread of its own.
@@ -29,7 +29,7 @@ def findings_in(name, text):
     if suffix in TEXT and not name.startswith("Fuzz/corpus/"):
         search(UNFINISHED, "finish it, or leave it out")
     if suffix in CODE:
-        search(DISABLED_TEST, "a test that does not run")
+        search(IDLE_TEST, "a test that does not run")
         search(re.compile(r"\t"), "a tab")
         if not text.endswith("\n"):
             found.append((text.count("\n") + 1, "no line end at the end of the file"))

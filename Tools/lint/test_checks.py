@@ -118,7 +118,7 @@ class HouseRuleCheck(unittest.TestCase):
     def test_finds_unfinished_work(self):
         self.assertIn("finish", self.messages("Sources/A.cpp", "// TO" "DO: later\n"))
 
-    def test_finds_a_disabled_test(self):
+    def test_finds_a_test_that_does_not_run(self):
         self.assertIn("does not run", self.messages("Tests/A.cpp", "TEST(A, DISABLED" "_B) {}\n"))
 
     def test_finds_a_second_way_to_start_a_coroutine(self):
