@@ -9,7 +9,7 @@
 #include <boost/asio/associated_executor.hpp>
 #include <boost/asio/async_result.hpp>
 #include <boost/asio/cancellation_state.hpp>
-#include <boost/asio/defer.hpp>
+#include <boost/asio/dispatch.hpp>
 #include <boost/asio/executor_work_guard.hpp>
 #include <boost/asio/this_coro.hpp>
 #include <boost/asio/use_awaitable.hpp>
@@ -41,7 +41,7 @@ public:
 
     void complete(TransferOutcome outcome) override {
         const auto executor = work_.get_executor();
-        asio::defer(executor, [handler = std::move(handler_), outcome = std::move(outcome)]() mutable {
+        asio::dispatch(executor, [handler = std::move(handler_), outcome = std::move(outcome)]() mutable {
             std::exception_ptr error = outcome.error ? std::make_exception_ptr(std::move(*outcome.error)) : nullptr;
             handler(std::move(error), std::move(outcome.result));
         });

@@ -22,6 +22,9 @@ using Clock = std::chrono::steady_clock;
 /// Handles beyond this number are not kept; each holds its buffers.
 constexpr std::size_t mostIdleHandles = 64;
 
+/// How often what was submitted during a turn still goes out with it.
+constexpr int mostTurns = 4;
+
 Deadlines::TimePoint idleDeadline(const Transfer& transfer) {
     return transfer.lastActivity +
            std::chrono::duration_cast<Clock::duration>(std::chrono::duration<double>(transfer.idleLimit()));
@@ -55,13 +58,13 @@ TransferEngine::~TransferEngine() {
 }
 
 void TransferEngine::submit(std::shared_ptr<Transfer> transfer) {
-    bool isFirst = false;
+    bool mustFlush = false;
     {
         const std::lock_guard lock(mutex_);
-        isFirst = queue_.empty();
         queue_.push_back(std::move(transfer));
+        mustFlush = !std::exchange(willFlush_, true);
     }
-    if (isFirst) {
+    if (mustFlush) {
         asio::defer(executor_, [self = shared_from_this()] { self->flush(); });
     }
 }
@@ -77,12 +80,20 @@ void TransferEngine::cancel(std::weak_ptr<Transfer> transfer) {
 }
 
 void TransferEngine::flush() {
+    now_ = Clock::now();
+    settle(true);
+}
+
+/// Starts what was submitted. A last look that finds nothing leaves the queue to the next who submits.
+bool TransferEngine::startSubmitted(bool isLastLook) {
     std::vector<std::shared_ptr<Transfer>> submitted;
     {
         const std::lock_guard lock(mutex_);
         submitted.swap(queue_);
+        if (submitted.empty() && isLastLook) {
+            willFlush_ = false;
+        }
     }
-    now_ = Clock::now();
     for (std::shared_ptr<Transfer>& transfer : submitted) {
         if (transfer->isCancelled) {
             finished_.push_back(Finished{transfer->takeCompletion(), transfer->failure(URLError::Kind::cancelled)});
@@ -90,7 +101,7 @@ void TransferEngine::flush() {
             start(std::move(transfer));
         }
     }
-    settle();
+    return !submitted.empty();
 }
 
 void TransferEngine::cancelNow(Transfer& transfer) {
@@ -208,6 +219,36 @@ void TransferEngine::drain() {
 }
 
 void TransferEngine::settle() {
+    bool flushesItself = false;
+    {
+        const std::lock_guard lock(mutex_);
+        flushesItself = !std::exchange(willFlush_, true);
+    }
+    settle(flushesItself);
+}
+
+/// What a resumed coroutine submits at once goes out with the same turn. The turns end, so that no caller who fails at
+/// once and tries again keeps the sockets waiting.
+void TransferEngine::settle(bool flushesItself) {
+    bool hasStarted = startSubmitted(false);
+    for (int turn = 0; turn < mostTurns; ++turn) {
+        advance();
+        deliver();
+        hasStarted = startSubmitted(flushesItself);
+        if (!hasStarted) {
+            break;
+        }
+    }
+    if (hasStarted) {
+        advance();
+        if (flushesItself) {
+            asio::defer(executor_, [self = shared_from_this()] { self->flush(); });
+        }
+    }
+    arm();
+}
+
+void TransferEngine::advance() {
     expire();
     do {
         while (std::exchange(mustKick_, false)) {
@@ -215,8 +256,6 @@ void TransferEngine::settle() {
         }
         drain();
     } while (mustKick_);
-    arm();
-    deliver();
 }
 
 void TransferEngine::arm() {

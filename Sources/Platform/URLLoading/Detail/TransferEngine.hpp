@@ -46,6 +46,7 @@ private:
     static int onTimer(CURLM* multi, long milliseconds, void* self) noexcept;
 
     void flush();
+    bool startSubmitted(bool isLastLook);
     void cancelNow(Transfer& transfer);
     void onWake(bool isCancelled);
     void act(int socket, int events) noexcept;
@@ -57,6 +58,8 @@ private:
     void expire();
     void drain();
     void settle();
+    void settle(bool flushesItself);
+    void advance();
     void arm();
     void deliver();
 
@@ -77,6 +80,7 @@ private:
 
     std::mutex mutex_;
     std::vector<std::shared_ptr<Transfer>> queue_;
+    bool willFlush_ = false; // somebody is going to look at the queue
 };
 
 } // namespace tovrel
