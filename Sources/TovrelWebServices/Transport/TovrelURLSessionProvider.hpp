@@ -19,6 +19,9 @@ public:
     ~TovrelURLSessionProvider() override;
 
     [[nodiscard]] std::shared_ptr<URLSession> session() const override;
+
+    /// Replaces the session, also by one for an equal definition. Sessions keep no responses yet: the sizes are
+    /// checked, and one that is no number of bytes stops the process.
     void updateCache(const WebRequestCacheDefinition& definition) override;
 
 private:
