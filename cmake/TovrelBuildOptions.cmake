@@ -42,10 +42,6 @@ if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
   target_compile_options(tovrel_build_options INTERFACE -Wno-mismatched-new-delete -Wno-restrict)
 endif()
 
-if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
-  # With optimisation GCC pairs the operator new of one coroutine frame with the operator delete of another.
-  target_compile_options(tovrel_build_options INTERFACE -Wno-mismatched-new-delete)
-endif()
 if(TOVREL_SANITIZERS STREQUAL "thread" AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
   # GCC warns about every fence under ThreadSanitizer; Asio's come from its headers.
   target_compile_options(tovrel_build_options INTERFACE -Wno-tsan)
