@@ -2,8 +2,20 @@
 
 /// Everything of `Tovrel::WebServices`.
 
+#include <QZFrameworkCoreLogic/Cacheable.hpp>
+#include <QZFrameworkCoreLogic/CacheItemConfiguration.hpp>
+#include <QZFrameworkCoreLogic/Dependency.hpp>
+#include <QZFrameworkCoreLogic/Services.hpp>
 #include <QZFrameworkCoreLogic/TovrelLogger.hpp>
+#include <QZFrameworkCoreUI/DebugWindowManager.hpp>
+#include <QZFrameworkCoreUI/ViewController.hpp>
+#include <QZFrameworkCoreUI/Window.hpp>
+#include <TovrelContracts/Application.hpp>
 #include <TovrelContracts/AssertionCoordinator.hpp>
+#include <TovrelContracts/Service.hpp>
+#include <TovrelContracts/ServiceContainer.hpp>
+#include <TovrelContracts/ServiceContainerError.hpp>
+#include <TovrelContracts/ServiceProvider.hpp>
 #include <TovrelContracts/TovrelAppIdentifier.hpp>
 #include <TovrelWebServices/Services/DefaultHttpWebService.hpp>
 #include <TovrelWebServices/Services/HttpWebService.hpp>

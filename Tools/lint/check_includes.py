@@ -15,12 +15,12 @@ LAYERS = [
     "Platform/URLLoading",
     "TovrelContracts",
     "QZFrameworkCoreLogic",
+    "QZFrameworkCoreUI",
     "TovrelWebServices/Support",
     "TovrelWebServices/Transport",
     "TovrelWebServices/Services",
     "TovrelWebServices/Tovrel Accounts",
     "TovrelWebServices/SignIn",
-    "QZFrameworkCoreUI",
     "TovrelWebServices/AccountScreens",
     "TovrelTesting",
 ]

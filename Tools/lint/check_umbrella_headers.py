@@ -7,7 +7,7 @@ import house
 
 LIBRARIES = {
     "Platform": ["Platform"],
-    "TovrelWebServices": ["TovrelContracts", "QZFrameworkCoreLogic", "TovrelWebServices"],
+    "TovrelWebServices": ["TovrelContracts", "QZFrameworkCoreLogic", "QZFrameworkCoreUI", "TovrelWebServices"],
     "TovrelTesting": ["TovrelTesting"],
 }
 

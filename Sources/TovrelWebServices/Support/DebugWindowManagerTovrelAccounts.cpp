@@ -1,0 +1,7 @@
+#include <QZFrameworkCoreUI/DebugWindowManager.hpp>
+
+namespace tovrel {
+
+void DebugWindowManager::addTovrelAccountsItem() {}
+
+} // namespace tovrel
