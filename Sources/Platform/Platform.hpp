@@ -33,6 +33,9 @@
 #include <Platform/Concurrency/Task.hpp>
 #include <Platform/Concurrency/TaskGroup.hpp>
 #include <Platform/Concurrency/TaskPool.hpp>
+#include <Platform/Events/PassthroughSubject.hpp>
+#include <Platform/Events/Publisher.hpp>
+#include <Platform/Events/Subscription.hpp>
 #include <Platform/System/Bundle.hpp>
 #include <Platform/System/Error.hpp>
 #include <Platform/System/Export.hpp>

@@ -5,10 +5,12 @@
 
 #include <TovrelTesting/BackEndStatistics.hpp>
 #include <TovrelTesting/ContentCoding.hpp>
+#include <TovrelTesting/FakeTovrelAccountsWebService.hpp>
 #include <TovrelTesting/FakeWebRequestExecutor.hpp>
 #include <TovrelTesting/Fault.hpp>
 #include <TovrelTesting/GeneratedBytes.hpp>
 #include <TovrelTesting/HeaderLine.hpp>
+#include <TovrelTesting/InMemoryTovrelAccountsStorage.hpp>
 #include <TovrelTesting/LocalBackEnd.hpp>
 #include <TovrelTesting/LocalBackEndError.hpp>
 #include <TovrelTesting/LocalBackEndOptions.hpp>

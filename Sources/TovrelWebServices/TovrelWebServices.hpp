@@ -17,6 +17,7 @@
 #include <TovrelContracts/ServiceContainerError.hpp>
 #include <TovrelContracts/ServiceProvider.hpp>
 #include <TovrelContracts/TovrelAppIdentifier.hpp>
+#include <TovrelContracts/TovrelTeamIdentifier.hpp>
 #include <TovrelWebServices/Services/DefaultHttpWebService.hpp>
 #include <TovrelWebServices/Services/HttpWebService.hpp>
 #include <TovrelWebServices/Services/NoRetryLogicStrategy.hpp>
@@ -26,8 +27,24 @@
 #include <TovrelWebServices/Services/TovrelEnvironment.hpp>
 #include <TovrelWebServices/Services/WebService.hpp>
 #include <TovrelWebServices/Services/WebServiceEnvironment.hpp>
+#include <TovrelWebServices/SignIn/TovrelAppleCredentialState.hpp>
+#include <TovrelWebServices/SignIn/TovrelAppleSignInError.hpp>
+#include <TovrelWebServices/SignIn/TovrelAppleSignInService.hpp>
 #include <TovrelWebServices/Support/TovrelWebServicesLog.hpp>
+#include <TovrelWebServices/Tovrel Accounts/TovrelAccountsClient.hpp>
+#include <TovrelWebServices/Tovrel Accounts/TovrelAccountsError.hpp>
+#include <TovrelWebServices/Tovrel Accounts/TovrelAccountsErrorResponse.hpp>
+#include <TovrelWebServices/Tovrel Accounts/TovrelAccountsEvent.hpp>
+#include <TovrelWebServices/Tovrel Accounts/TovrelAccountsIssuer.hpp>
+#include <TovrelWebServices/Tovrel Accounts/TovrelAccountsLogoutReason.hpp>
 #include <TovrelWebServices/Tovrel Accounts/TovrelAccountsRealm.hpp>
+#include <TovrelWebServices/Tovrel Accounts/TovrelAccountsStorage.hpp>
+#include <TovrelWebServices/Tovrel Accounts/TovrelAccountsToken.hpp>
+#include <TovrelWebServices/Tovrel Accounts/TovrelAccountsType.hpp>
+#include <TovrelWebServices/Tovrel Accounts/TovrelAccountsUserProfile.hpp>
+#include <TovrelWebServices/Tovrel Accounts/TovrelAccountsWebService.hpp>
+#include <TovrelWebServices/Tovrel Accounts/TovrelAccountsWebServiceStatus.hpp>
+#include <TovrelWebServices/Tovrel Accounts/TovrelAuthenticatedUserProfile.hpp>
 #include <TovrelWebServices/Tovrel Accounts/URLBuilder.hpp>
 #include <TovrelWebServices/Transport/AcceptEncodingType.hpp>
 #include <TovrelWebServices/Transport/AcceptLanguage.hpp>

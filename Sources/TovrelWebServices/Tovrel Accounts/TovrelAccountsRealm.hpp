@@ -2,6 +2,7 @@
 
 #include <Platform/System/Export.hpp>
 #include <Platform/System/RawRepresentable.hpp>
+#include <TovrelContracts/TovrelTeamIdentifier.hpp>
 
 #include <array>
 #include <string_view>
@@ -16,6 +17,9 @@ public:
     static constexpr std::array<std::string_view, 2> rawValues{"tovrelstudios", "marrowquill"};
 
     /* implicit */ constexpr TovrelAccountsRealm(Value value) : value_(value) {}
+
+    /// The realm of a team; a value that names no team is a programming error and stops the process.
+    explicit TovrelAccountsRealm(TovrelTeamIdentifier identifier);
 
     /// For `switch`.
     [[nodiscard]] constexpr Value value() const { return value_; }
