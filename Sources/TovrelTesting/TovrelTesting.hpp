@@ -3,6 +3,10 @@
 /// @file
 /// All of TovrelTesting.
 
+#include <TovrelTesting/Accounts/AccountsServer.hpp>
+#include <TovrelTesting/Accounts/AccountsServerClient.hpp>
+#include <TovrelTesting/Accounts/AccountsServerOptions.hpp>
+#include <TovrelTesting/Accounts/AccountsServerRecords.hpp>
 #include <TovrelTesting/BackEndStatistics.hpp>
 #include <TovrelTesting/ContentCoding.hpp>
 #include <TovrelTesting/FakeTovrelAccountsWebService.hpp>
@@ -18,3 +22,6 @@
 #include <TovrelTesting/ManualClock.hpp>
 #include <TovrelTesting/ReceivedRequest.hpp>
 #include <TovrelTesting/ScriptedResponse.hpp>
+#include <TovrelTesting/SignIn/IdentityClaims.hpp>
+#include <TovrelTesting/SignIn/IdentityIssuer.hpp>
+#include <TovrelTesting/SignIn/IdentityTokenError.hpp>
