@@ -5,6 +5,10 @@
 #include <QZFrameworkCoreLogic/Cacheable.hpp>
 #include <QZFrameworkCoreLogic/CacheItemConfiguration.hpp>
 #include <QZFrameworkCoreLogic/Dependency.hpp>
+#include <QZFrameworkCoreLogic/Keychain.hpp>
+#include <QZFrameworkCoreLogic/KeychainAccessibility.hpp>
+#include <QZFrameworkCoreLogic/KeychainConfiguration.hpp>
+#include <QZFrameworkCoreLogic/KeychainError.hpp>
 #include <QZFrameworkCoreLogic/Services.hpp>
 #include <QZFrameworkCoreLogic/TovrelLogger.hpp>
 #include <QZFrameworkCoreUI/DebugWindowManager.hpp>
@@ -38,6 +42,7 @@
 #include <TovrelWebServices/SignIn/TovrelAppleSignInError.hpp>
 #include <TovrelWebServices/SignIn/TovrelAppleSignInService.hpp>
 #include <TovrelWebServices/Support/TovrelWebServicesLog.hpp>
+#include <TovrelWebServices/Tovrel Accounts/KeychainTovrelAccountsStorage.hpp>
 #include <TovrelWebServices/Tovrel Accounts/TovrelAccountsClient.hpp>
 #include <TovrelWebServices/Tovrel Accounts/TovrelAccountsError.hpp>
 #include <TovrelWebServices/Tovrel Accounts/TovrelAccountsErrorResponse.hpp>
