@@ -10,6 +10,7 @@
 #include <QZFrameworkCoreLogic/KeychainConfiguration.hpp>
 #include <QZFrameworkCoreLogic/KeychainError.hpp>
 #include <QZFrameworkCoreLogic/Services.hpp>
+#include <QZFrameworkCoreLogic/StringURLEncoding.hpp>
 #include <QZFrameworkCoreLogic/TovrelLogger.hpp>
 #include <QZFrameworkCoreUI/DebugWindowManager.hpp>
 #include <QZFrameworkCoreUI/ViewController.hpp>
@@ -42,7 +43,13 @@
 #include <TovrelWebServices/SignIn/TovrelAppleSignInError.hpp>
 #include <TovrelWebServices/SignIn/TovrelAppleSignInService.hpp>
 #include <TovrelWebServices/Support/TovrelWebServicesLog.hpp>
+#include <TovrelWebServices/Tovrel Accounts/AccessTokenValidator.hpp>
+#include <TovrelWebServices/Tovrel Accounts/AppleIssuerBodyParamBuilder.hpp>
+#include <TovrelWebServices/Tovrel Accounts/ClientIssuerBodyParamBuilder.hpp>
+#include <TovrelWebServices/Tovrel Accounts/IssuerBodyParamBuilder.hpp>
+#include <TovrelWebServices/Tovrel Accounts/JWT.hpp>
 #include <TovrelWebServices/Tovrel Accounts/KeychainTovrelAccountsStorage.hpp>
+#include <TovrelWebServices/Tovrel Accounts/TovrelAccountsBodyParameter.hpp>
 #include <TovrelWebServices/Tovrel Accounts/TovrelAccountsClient.hpp>
 #include <TovrelWebServices/Tovrel Accounts/TovrelAccountsError.hpp>
 #include <TovrelWebServices/Tovrel Accounts/TovrelAccountsErrorResponse.hpp>
