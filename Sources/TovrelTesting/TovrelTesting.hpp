@@ -9,6 +9,8 @@
 #include <TovrelTesting/Accounts/AccountsServerRecords.hpp>
 #include <TovrelTesting/BackEndStatistics.hpp>
 #include <TovrelTesting/ContentCoding.hpp>
+#include <TovrelTesting/FakeApiWebService.hpp>
+#include <TovrelTesting/FakeCdnWebService.hpp>
 #include <TovrelTesting/FakeTovrelAccountsWebService.hpp>
 #include <TovrelTesting/FakeWebRequestExecutor.hpp>
 #include <TovrelTesting/Fault.hpp>
@@ -21,6 +23,7 @@
 #include <TovrelTesting/LocalSession.hpp>
 #include <TovrelTesting/ManualClock.hpp>
 #include <TovrelTesting/ReceivedRequest.hpp>
+#include <TovrelTesting/ScriptedEnvelopes.hpp>
 #include <TovrelTesting/ScriptedResponse.hpp>
 #include <TovrelTesting/SignIn/IdentityClaims.hpp>
 #include <TovrelTesting/SignIn/IdentityIssuer.hpp>

@@ -27,7 +27,11 @@
 #include <TovrelWebServices/Services/ApiEmptyDataResponse.hpp>
 #include <TovrelWebServices/Services/ApiResponseMeta.hpp>
 #include <TovrelWebServices/Services/ApiWebResponseObject.hpp>
+#include <TovrelWebServices/Services/ApiWebService.hpp>
 #include <TovrelWebServices/Services/CacheableApiResponse.hpp>
+#include <TovrelWebServices/Services/CdnWebService.hpp>
+#include <TovrelWebServices/Services/DefaultApiWebService.hpp>
+#include <TovrelWebServices/Services/DefaultCdnWebService.hpp>
 #include <TovrelWebServices/Services/DefaultHttpWebService.hpp>
 #include <TovrelWebServices/Services/HttpWebService.hpp>
 #include <TovrelWebServices/Services/NoRetryLogicStrategy.hpp>

@@ -34,6 +34,8 @@ KNOTS = {
     # A request carries its environment and its retry strategy.
     ("TovrelWebServices/Transport/WebRequest.hpp", "TovrelWebServices/Services"),
     ("TovrelWebServices/Transport/WebRequestable.cpp", "TovrelWebServices/Services"),
+    # The domain services send with the accounts service's token, which itself calls the API service.
+    ("TovrelWebServices/Services/Private/AccountsAccess.cpp", "TovrelWebServices/Tovrel Accounts"),
 }
 
 # The async vocabulary, the only third-party types in the interface, and where it is.
