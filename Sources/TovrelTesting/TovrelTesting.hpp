@@ -8,7 +8,10 @@
 #include <TovrelTesting/Accounts/AccountsServerOptions.hpp>
 #include <TovrelTesting/Accounts/AccountsServerRecords.hpp>
 #include <TovrelTesting/BackEndStatistics.hpp>
+#include <TovrelTesting/Content/ContentFile.hpp>
+#include <TovrelTesting/Content/ContentServer.hpp>
 #include <TovrelTesting/ContentCoding.hpp>
+#include <TovrelTesting/Envelope.hpp>
 #include <TovrelTesting/FakeApiWebService.hpp>
 #include <TovrelTesting/FakeCdnWebService.hpp>
 #include <TovrelTesting/FakeTovrelAccountsWebService.hpp>
@@ -20,6 +23,7 @@
 #include <TovrelTesting/LocalBackEnd.hpp>
 #include <TovrelTesting/LocalBackEndError.hpp>
 #include <TovrelTesting/LocalBackEndOptions.hpp>
+#include <TovrelTesting/LocalDeployment.hpp>
 #include <TovrelTesting/LocalSession.hpp>
 #include <TovrelTesting/ManualClock.hpp>
 #include <TovrelTesting/ReceivedRequest.hpp>

@@ -3,7 +3,7 @@
 #include <TovrelTesting/Accounts/Private/LogoutEndpoint.hpp>
 #include <TovrelTesting/Accounts/Private/ProfileResource.hpp>
 #include <TovrelTesting/Accounts/Private/TokenEndpoint.hpp>
-#include <TovrelTesting/Private/Envelope.hpp>
+#include <TovrelTesting/Envelope.hpp>
 
 #include <utility>
 

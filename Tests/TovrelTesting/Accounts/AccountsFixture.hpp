@@ -50,6 +50,8 @@ struct ReadError {
 class AccountsFixture : public BackEndFixture {
 protected:
     static constexpr const char* host = "accounts.example";
+    static constexpr const char* apiHost = "api.example";
+    static constexpr const char* cdnHost = "cdn.example";
     static constexpr const char* application = "com.example.reader";
     static constexpr const char* clientPart = "client_id=reader&client_secret=s%26cret";
     static constexpr double startOfTime = 1'700'000'000.5;
@@ -66,7 +68,7 @@ protected:
 
     void setUp(std::vector<AccountsServerClient> clients) {
         LocalBackEndOptions backEndOptions;
-        backEndOptions.hostNames = {host};
+        backEndOptions.hostNames = {host, apiHost, cdnHost};
         startWith(backEndOptions);
         AccountsServerOptions options;
         options.clients = std::move(clients);

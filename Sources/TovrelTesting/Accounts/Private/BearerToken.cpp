@@ -1,5 +1,5 @@
 #include <TovrelTesting/Accounts/Private/BearerToken.hpp>
-#include <TovrelTesting/Private/Envelope.hpp>
+#include <TovrelTesting/Envelope.hpp>
 
 #include <algorithm>
 #include <string_view>

@@ -1,7 +1,7 @@
 #include <Platform/Coding/JSONEncoder.hpp>
 #include <TovrelTesting/Accounts/Private/BearerToken.hpp>
 #include <TovrelTesting/Accounts/Private/ProfileResource.hpp>
-#include <TovrelTesting/Private/Envelope.hpp>
+#include <TovrelTesting/Envelope.hpp>
 #include <TovrelTesting/Private/FormParameters.hpp>
 #include <TovrelTesting/Private/NoStore.hpp>
 
@@ -66,7 +66,7 @@ ScriptedResponse answerProfileRequest(AccountsServerState& state, const Received
     }
     ++state.counts.profilesRead;
     const AccountsServerUser user = state.users.find(*session->userIdentifier).value();
-    return notStored(ScriptedResponse::json(envelopeOf(jsonOf(user))));
+    return notStored(envelope(jsonOf(user)));
 }
 
 ScriptedResponse answerProfileDeletion(AccountsServerState& state, const ReceivedRequest& request) {
@@ -87,7 +87,7 @@ ScriptedResponse answerProfileDeletion(AccountsServerState& state, const Receive
         [&](const AccountsServerSession& other) { return other.userIdentifier == session->userIdentifier; });
     state.users.remove(*session->userIdentifier);
     ++state.counts.profilesDeleted;
-    return notStored(ScriptedResponse::json(envelopeOf("{}")));
+    return notStored(envelope("{}"));
 }
 
 } // namespace tovrel::testing

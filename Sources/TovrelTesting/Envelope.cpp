@@ -1,5 +1,5 @@
 #include <Platform/Coding/JSONEncoder.hpp>
-#include <TovrelTesting/Private/Envelope.hpp>
+#include <TovrelTesting/Envelope.hpp>
 
 #include <fmt/format.h>
 
@@ -30,8 +30,10 @@ struct Meta {
     }
 };
 
-std::string encoded(const Meta& meta) {
-    return JSONEncoder().encode(meta).string();
+std::string textOf(const Meta& meta, const std::optional<std::string>& data) {
+    const std::string encodedMeta = JSONEncoder().encode(meta).string();
+    return data ? fmt::format(R"({{"meta":{},"data":{}}})", encodedMeta, *data)
+                : fmt::format(R"({{"meta":{}}})", encodedMeta);
 }
 
 } // namespace
@@ -39,7 +41,7 @@ std::string encoded(const Meta& meta) {
 EnvelopePagination::EnvelopePagination(std::int64_t pageLimit, std::optional<std::string> nextPage)
     : limit(pageLimit), next(std::move(nextPage)) {}
 
-std::string envelopeOf(std::string_view data, const std::optional<EnvelopePagination>& pagination) {
+ScriptedResponse envelope(const std::optional<std::string>& data, const std::optional<EnvelopePagination>& pagination) {
     Meta meta;
     meta.code = "ok";
     meta.message = "OK";
@@ -48,14 +50,14 @@ std::string envelopeOf(std::string_view data, const std::optional<EnvelopePagina
         meta.pagination->limit = pagination->limit;
         meta.pagination->next = pagination->next;
     }
-    return fmt::format(R"({{"meta":{},"data":{}}})", encoded(meta), data);
+    return ScriptedResponse::json(textOf(meta, data));
 }
 
 ScriptedResponse refusalEnvelope(int status, const std::string& code, const std::string& message) {
     Meta meta;
     meta.code = code;
     meta.message = message;
-    return ScriptedResponse::json(fmt::format(R"({{"meta":{}}})", encoded(meta)), status);
+    return ScriptedResponse::json(textOf(meta, std::nullopt), status);
 }
 
 } // namespace tovrel::testing

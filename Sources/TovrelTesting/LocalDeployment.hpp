@@ -1,0 +1,45 @@
+#pragma once
+
+#include <Platform/System/Export.hpp>
+#include <Platform/URLLoading/URLSessionConfiguration.hpp>
+#include <TovrelTesting/Accounts/AccountsServer.hpp>
+#include <TovrelTesting/Content/ContentServer.hpp>
+#include <TovrelTesting/LocalBackEnd.hpp>
+
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace tovrel::testing {
+
+/// Everything that the library talks to, in one local back end: the accounts, API and content-delivery hosts of all
+/// stages. Thread-safe; see `LocalBackEnd` for where it must not be destroyed.
+class TOVREL_EXPORT LocalDeployment {
+public:
+    /// Starts a deployment. The host names are added to those of the back end's options. Throws `LocalBackEndError`.
+    static std::unique_ptr<LocalDeployment> start(const AccountsServerOptions& accounts,
+                                                  const ContentServerOptions& content = ContentServerOptions(),
+                                                  LocalBackEndOptions backEnd = LocalBackEndOptions());
+
+    /// The host names of one endpoint kind in the order of the stages: development, test, production.
+    static std::vector<std::string> accountsHosts();
+    static std::vector<std::string> apiHosts();
+    static std::vector<std::string> cdnHosts();
+
+    LocalBackEnd& backEnd() noexcept { return *backEnd_; }
+    AccountsServer& accounts() noexcept { return *accounts_; }
+    ContentServer& content() noexcept { return *content_; }
+
+    /// A session configuration for which the back end is all these hosts.
+    [[nodiscard]] URLSessionConfiguration sessionConfiguration() const;
+
+private:
+    LocalDeployment(const AccountsServerOptions& accounts, const ContentServerOptions& content,
+                    const LocalBackEndOptions& backEnd);
+
+    std::unique_ptr<LocalBackEnd> backEnd_;
+    std::shared_ptr<AccountsServer> accounts_;
+    std::shared_ptr<ContentServer> content_;
+};
+
+} // namespace tovrel::testing
