@@ -11,7 +11,17 @@ namespace tovrel {
 /// The head of an HTTP response.
 class TOVREL_EXPORT HTTPURLResponse final : public URLResponse {
 public:
-    HTTPURLResponse(URL url, int statusCode, HTTPHeaders allHeaderFields, std::string httpVersion);
+    /// Where a response was taken from.
+    enum class Source {
+        network,
+        /// The session's cache, without asking the origin.
+        cache,
+        /// The session's cache, after the origin had confirmed it.
+        validatedCache,
+    };
+
+    HTTPURLResponse(URL url, int statusCode, HTTPHeaders allHeaderFields, std::string httpVersion,
+                    Source source = Source::network);
     ~HTTPURLResponse() override;
 
     int statusCode() const noexcept { return statusCode_; }
@@ -24,10 +34,14 @@ public:
     /// "HTTP/1.0", "HTTP/1.1" or "HTTP/2".
     const std::string& httpVersion() const noexcept { return httpVersion_; }
 
+    /// Of a response that followed redirects, its last one.
+    Source source() const noexcept { return source_; }
+
 private:
     int statusCode_;
     HTTPHeaders allHeaderFields_;
     std::string httpVersion_;
+    Source source_;
 };
 
 } // namespace tovrel

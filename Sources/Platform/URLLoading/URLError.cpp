@@ -39,6 +39,8 @@ std::string_view description(URLError::Kind kind) noexcept {
         return "invalid header field or method";
     case Kind::cannotDecodeContentData:
         return "cannot decode the body";
+    case Kind::resourceUnavailable:
+        return "not stored, and loading is not allowed";
     case Kind::unknown:
         break;
     }
@@ -121,6 +123,10 @@ URLError URLError::invalidHeader(std::string_view context) {
 
 URLError URLError::cannotDecodeContentData(std::string_view context) {
     return URLError(Kind::cannotDecodeContentData, context);
+}
+
+URLError URLError::resourceUnavailable(std::string_view context) {
+    return URLError(Kind::resourceUnavailable, context);
 }
 
 URLError URLError::unknown(std::string_view context) {

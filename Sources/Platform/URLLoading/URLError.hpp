@@ -42,6 +42,8 @@ public:
         invalidHeader,
         /// The body is not what its Content-Encoding says, or ends too early for it.
         cannotDecodeContentData,
+        /// The request's cache policy is `returnCacheDataDontLoad`, and no response to it is stored.
+        resourceUnavailable,
         unknown,
     };
 
@@ -61,6 +63,7 @@ public:
     static URLError tooManyRedirects(std::string_view context = {});
     static URLError invalidHeader(std::string_view context = {});
     static URLError cannotDecodeContentData(std::string_view context = {});
+    static URLError resourceUnavailable(std::string_view context = {});
     static URLError unknown(std::string_view context = {});
 
     /// The context must hold nothing secret: no header value, no query, no body.

@@ -1,20 +1,16 @@
 #include <Platform/Concurrency/TaskPool.hpp>
+#include <Platform/URLLoading/Detail/Cache/CachedLoading.hpp>
 #include <Platform/URLLoading/Detail/Curl.hpp>
 #include <Platform/URLLoading/Detail/RequestCheck.hpp>
 #include <Platform/URLLoading/Detail/TransferEngine.hpp>
+#include <Platform/URLLoading/Detail/Transferring.hpp>
+#include <Platform/URLLoading/URLCache.hpp>
 #include <Platform/URLLoading/URLError.hpp>
 #include <Platform/URLLoading/URLSession.hpp>
 
-#include <boost/asio/associated_cancellation_slot.hpp>
-#include <boost/asio/associated_executor.hpp>
-#include <boost/asio/async_result.hpp>
 #include <boost/asio/cancellation_state.hpp>
-#include <boost/asio/dispatch.hpp>
-#include <boost/asio/executor_work_guard.hpp>
 #include <boost/asio/this_coro.hpp>
-#include <boost/asio/use_awaitable.hpp>
 
-#include <exception>
 #include <utility>
 
 namespace tovrel {
@@ -32,56 +28,8 @@ URLSession::~URLSession() = default;
 
 namespace {
 
-/// A suspended coroutine. Its context is kept at work until it has been resumed.
-template <class Handler>
-class AwaitingCompletion final : public TransferCompletion {
-public:
-    explicit AwaitingCompletion(Handler handler)
-        : handler_(std::move(handler)), work_(asio::get_associated_executor(handler_)) {}
-
-    void complete(TransferOutcome outcome) override {
-        const auto executor = work_.get_executor();
-        asio::dispatch(executor, [handler = std::move(handler_), outcome = std::move(outcome)]() mutable {
-            std::exception_ptr error = outcome.error ? std::make_exception_ptr(std::move(*outcome.error)) : nullptr;
-            handler(std::move(error), std::move(outcome.result));
-        });
-    }
-
-private:
-    Handler handler_;
-    asio::executor_work_guard<asio::associated_executor_t<Handler>> work_;
-};
-
-/// Starts the transfer when the coroutine is suspended. Refers to the coroutine's own variables, and takes its share of
-/// the engine from it: an engine that is owned by what it owns would never go.
-class Initiation {
-public:
-    Initiation(std::shared_ptr<TransferEngine>& engine, URLRequest& request) : engine_(&engine), request_(&request) {}
-
-    template <class Handler>
-    void operator()(Handler handler) const {
-        const std::shared_ptr<TransferEngine> engine = std::move(*engine_);
-        auto slot = asio::get_associated_cancellation_slot(handler);
-        auto transfer = std::make_shared<Transfer>(std::move(*request_), engine->settings().maximumBodySize(),
-                                                   engine->settings().allowsPlainHTTP(),
-                                                   std::make_unique<AwaitingCompletion<Handler>>(std::move(handler)));
-        if (slot.is_connected()) {
-            slot.assign([weakEngine = std::weak_ptr(engine),
-                         weakTransfer = std::weak_ptr(transfer)](asio::cancellation_type /*type*/) mutable {
-                if (const auto running = weakEngine.lock()) {
-                    running->cancel(std::move(weakTransfer));
-                }
-            });
-        }
-        engine->submit(std::move(transfer));
-    }
-
-private:
-    std::shared_ptr<TransferEngine>* engine_;
-    URLRequest* request_;
-};
-
-Async<URLSessionResult> load(std::shared_ptr<TransferEngine> engine, URLRequest request) {
+Async<URLSessionResult> load(std::shared_ptr<TransferEngine> engine, std::shared_ptr<CacheStore> store,
+                             URLRequest request) {
     const asio::cancellation_state state = co_await asio::this_coro::cancellation_state;
     if (state.cancelled() != asio::cancellation_type::none) {
         throw URLError::cancelled(summary(request));
@@ -89,19 +37,23 @@ Async<URLSessionResult> load(std::shared_ptr<TransferEngine> engine, URLRequest 
     if (auto error = problem(request, engine->settings().allowsPlainHTTP())) {
         throw std::move(*error);
     }
-    const Initiation initiation(engine, request);
-    co_return co_await asio::async_initiate<const asio::use_awaitable_t<>&, void(std::exception_ptr, URLSessionResult)>(
-        initiation, asio::use_awaitable);
+    if (store) {
+        co_return co_await loadThroughCache(std::move(engine), std::move(store), std::move(request));
+    }
+    TransferOptions options;
+    co_return co_await transfer(std::move(engine), std::move(request), std::move(options));
 }
 
 class TransferringURLSession final : public URLSession {
 public:
-    explicit TransferringURLSession(std::shared_ptr<TransferEngine> engine) : engine_(std::move(engine)) {}
+    TransferringURLSession(std::shared_ptr<TransferEngine> engine, std::shared_ptr<CacheStore> store)
+        : engine_(std::move(engine)), store_(std::move(store)) {}
 
-    Async<URLSessionResult> data(URLRequest request) override { return load(engine_, std::move(request)); }
+    Async<URLSessionResult> data(URLRequest request) override { return load(engine_, store_, std::move(request)); }
 
 private:
     std::shared_ptr<TransferEngine> engine_;
+    std::shared_ptr<CacheStore> store_;
 };
 
 } // namespace
@@ -109,8 +61,9 @@ private:
 std::shared_ptr<URLSession> URLSession::make(URLSessionConfiguration configuration) {
     curl::initialise();
     Executor executor = configuration.executor ? *configuration.executor : TaskPool::network();
+    std::shared_ptr<CacheStore> store = configuration.urlCache ? configuration.urlCache->store() : nullptr;
     return std::make_shared<TransferringURLSession>(
-        std::make_shared<TransferEngine>(std::move(executor), configuration));
+        std::make_shared<TransferEngine>(std::move(executor), configuration), std::move(store));
 }
 
 } // namespace tovrel

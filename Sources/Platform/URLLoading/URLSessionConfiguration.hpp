@@ -4,11 +4,14 @@
 #include <Platform/System/Export.hpp>
 
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
 
 namespace tovrel {
+
+class URLCache;
 
 /// Sends the connections for one host to another place. The URL, the Host field and the name that the certificate must
 /// bear stay those of the request.
@@ -67,6 +70,8 @@ struct TOVREL_EXPORT URLSessionConfiguration {
     bool allowsPlainHTTP = false;
     /// Offered in the TLS handshake; plain http is always HTTP/1.1.
     bool allowsHTTP2 = true;
+    /// Where responses are kept. Absent: nowhere, and every request goes to the network. Sessions may share one.
+    std::shared_ptr<URLCache> urlCache;
 
     URLSessionConfiguration();
 };

@@ -1,12 +1,19 @@
 #pragma once
 
 #include <algorithm>
+#include <string>
 #include <string_view>
 
 namespace tovrel::ascii {
 
 constexpr char lowered(char c) noexcept {
     return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+}
+
+inline std::string lowered(std::string_view text) {
+    std::string result(text);
+    std::transform(result.begin(), result.end(), result.begin(), [](char c) { return lowered(c); });
+    return result;
 }
 
 constexpr bool equalIgnoringCase(std::string_view a, std::string_view b) noexcept {

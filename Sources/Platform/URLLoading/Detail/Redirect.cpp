@@ -11,21 +11,10 @@ namespace tovrel {
 
 namespace {
 
-std::string lowered(std::string_view text) {
-    std::string result(text);
-    std::transform(result.begin(), result.end(), result.begin(), ascii::lowered);
-    return result;
-}
-
 int effectivePort(const URL& url) {
     constexpr int httpsPort = 443;
     constexpr int httpPort = 80;
-    return url.port().value_or(lowered(url.scheme().value_or("")) == "https" ? httpsPort : httpPort);
-}
-
-bool sameOrigin(const URL& a, const URL& b) {
-    return lowered(a.scheme().value_or("")) == lowered(b.scheme().value_or("")) &&
-           lowered(a.host().value_or("")) == lowered(b.host().value_or("")) && effectivePort(a) == effectivePort(b);
+    return url.port().value_or(ascii::lowered(url.scheme().value_or("")) == "https" ? httpsPort : httpPort);
 }
 
 /// Every character that no URI may hold becomes %XX, and so does a "%" that encodes nothing.
@@ -57,6 +46,12 @@ bool becomesGet(const std::string& method, int statusCode) {
 }
 
 } // namespace
+
+bool sameOrigin(const URL& a, const URL& b) {
+    return ascii::lowered(a.scheme().value_or("")) == ascii::lowered(b.scheme().value_or("")) &&
+           ascii::lowered(a.host().value_or("")) == ascii::lowered(b.host().value_or("")) &&
+           effectivePort(a) == effectivePort(b);
+}
 
 bool isRedirect(int statusCode) noexcept {
     return statusCode == 301 || statusCode == 302 || statusCode == 303 || statusCode == 307 || statusCode == 308;

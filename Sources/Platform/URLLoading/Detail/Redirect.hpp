@@ -11,6 +11,9 @@ namespace tovrel {
 /// The redirects that one request may take.
 inline constexpr int mostRedirects = 20;
 
+/// Whether scheme, host and port are the same (RFC 9110, section 4.3.1).
+bool sameOrigin(const URL& a, const URL& b);
+
 /// Whether the status asks for another request (RFC 9110, section 15.4) when there is a Location.
 bool isRedirect(int statusCode) noexcept;
 

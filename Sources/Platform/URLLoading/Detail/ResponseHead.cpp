@@ -35,6 +35,7 @@ ResponseHead::Event ResponseHead::add(std::string_view line) {
         return Event::interim;
     }
     complete_ = true;
+    completeFields_ = HTTPHeaders(std::move(fields_));
     return Event::complete;
 }
 
@@ -42,6 +43,7 @@ void ResponseHead::clear() {
     statusCode_ = 0;
     httpVersion_.clear();
     fields_.clear();
+    completeFields_.clear();
     size_ = 0;
     complete_ = false;
 }
@@ -82,15 +84,6 @@ void ResponseHead::addField(std::string_view line) {
     } else {
         same->value.append(", ").append(value);
     }
-}
-
-const std::string* ResponseHead::find(std::string_view name) const noexcept {
-    for (const HTTPHeader& field : fields_) {
-        if (ascii::equalIgnoringCase(field.name, name)) {
-            return &field.value;
-        }
-    }
-    return nullptr;
 }
 
 std::optional<std::uint64_t> ResponseHead::contentLength() const {

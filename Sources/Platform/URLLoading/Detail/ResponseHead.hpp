@@ -33,9 +33,11 @@ public:
 
     int statusCode() const noexcept { return statusCode_; }
     const std::string& httpVersion() const noexcept { return httpVersion_; }
-    /// The value of a field, or null.
-    const std::string* find(std::string_view name) const noexcept;
-    HTTPHeaders takeFields() noexcept { return HTTPHeaders(std::move(fields_)); }
+    /// The fields of a complete head.
+    const HTTPHeaders& fields() const noexcept { return completeFields_; }
+    HTTPHeaders takeFields() noexcept { return std::move(completeFields_); }
+    /// The value of a field of a complete head, or null.
+    const std::string* find(std::string_view name) const noexcept { return completeFields_.find(name); }
 
     /// Absent where there is none or it is no number.
     std::optional<std::uint64_t> contentLength() const;
@@ -47,6 +49,7 @@ private:
     int statusCode_ = 0;
     std::string httpVersion_;
     std::vector<HTTPHeader> fields_;
+    HTTPHeaders completeFields_;
     std::size_t size_ = 0;
     bool complete_ = false;
 };

@@ -29,13 +29,17 @@ TransferOutcome::TransferOutcome(URLError failure) : error(std::move(failure)) {
 
 TransferOutcome::TransferOutcome(URLSessionResult success) : result(std::move(success)) {}
 
-Transfer::Transfer(URLRequest request, std::optional<std::uint64_t> maximumBodySize, bool allowsPlainHTTP,
-                   std::unique_ptr<TransferCompletion> completion)
+TransferOptions::TransferOptions() = default;
+
+Transfer::Transfer(URLRequest request, TransferOptions options, std::unique_ptr<TransferCompletion> completion)
     : request_(std::move(request)),
       completion_(std::move(completion)),
-      allowsPlainHTTP_(allowsPlainHTTP),
-      maximumBodySize_(maximumBodySize),
-      body_(maximumBodySize) {}
+      options_(std::move(options)),
+      body_(options_.maximumBodySize) {
+    if (options_.observer) {
+        observedBody_.emplace(body_, *options_.observer);
+    }
+}
 
 double Transfer::idleLimit() const noexcept {
     // A century: far enough, and within what the clock can count.
@@ -84,13 +88,21 @@ bool Transfer::receiveHeader(std::string_view line) {
 }
 
 void Transfer::headIsComplete() {
+    headComplete_ = true;
+    const bool isFollowed = isRedirect(head_.statusCode()) && head_.find("location") != nullptr;
+    if (options_.observer && !(isFollowed && options_.followsRedirects)) {
+        options_.observer->receiveHead(head_.statusCode(), head_.httpVersion(), head_.fields());
+    }
+    if (isFollowed) {
+        discarded_ = 0;
+    } else {
+        prepareBody();
+    }
+}
+
+void Transfer::prepareBody() {
     constexpr int partialContent = 206;
     constexpr int notModified = 304;
-    headComplete_ = true;
-    if (isRedirect(head_.statusCode()) && head_.find("location") != nullptr) {
-        discarded_ = 0;
-        return;
-    }
     const bool hasBody = request_.httpMethod != "HEAD" && head_.statusCode() != notModified;
     // A part of an encoded body cannot be decoded by itself.
     const std::string* coding = head_.statusCode() == partialContent ? nullptr : head_.find("content-encoding");
@@ -98,7 +110,7 @@ void Transfer::headIsComplete() {
         return;
     }
     if (coding != nullptr) {
-        ContentDecoding decoding = contentDecoding(*coding, body_);
+        ContentDecoding decoding = contentDecoding(*coding, plainBody());
         if (const auto* kind = std::get_if<URLError::Kind>(&decoding)) {
             fail(*kind);
             return;
@@ -109,12 +121,17 @@ void Transfer::headIsComplete() {
         }
     }
     if (const auto length = head_.contentLength()) {
-        if (maximumBodySize_ && *length > *maximumBodySize_) {
+        if (options_.maximumBodySize && *length > *options_.maximumBodySize) {
             fail(URLError::Kind::dataLengthExceedsMaximum);
             return;
         }
         body_.expect(*length);
     }
+}
+
+/// Where the bytes go once they are decoded.
+BodySink& Transfer::plainBody() {
+    return observedBody_ ? static_cast<BodySink&>(*observedBody_) : body_;
 }
 
 bool Transfer::receiveBody(std::string_view bytes) {
@@ -123,7 +140,7 @@ bool Transfer::receiveBody(std::string_view bytes) {
         stopped_ = *discarded_ > mostDiscarded;
         return !stopped_;
     }
-    BodySink& sink = decoder_ ? *decoder_ : static_cast<BodySink&>(body_);
+    BodySink& sink = decoder_ ? *decoder_ : plainBody();
     if (const auto kind = sink.write(bytes)) {
         fail(*kind);
         return false;
@@ -174,7 +191,7 @@ bool Transfer::finish(CURLcode code, long systemError) {
         return false;
     }
     if (discarded_) {
-        return follow(*head_.find("location"));
+        return options_.followsRedirects && follow(*head_.find("location"));
     }
     if (decoder_) {
         if (const auto kind = decoder_->finish()) {
@@ -189,7 +206,7 @@ bool Transfer::follow(std::string_view location) {
         fail(URLError::Kind::tooManyRedirects);
         return false;
     }
-    auto next = redirected(request_, head_.statusCode(), location, allowsPlainHTTP_);
+    auto next = redirected(request_, head_.statusCode(), location, options_.allowsPlainHTTP);
     if (const auto* kind = std::get_if<URLError::Kind>(&next)) {
         fail(*kind);
         return false;

@@ -3,7 +3,9 @@
 #include <Platform/URLLoading/Detail/BodySink.hpp>
 #include <Platform/URLLoading/Detail/Deadlines.hpp>
 #include <Platform/URLLoading/Detail/MemoryBody.hpp>
+#include <Platform/URLLoading/Detail/ObservedBody.hpp>
 #include <Platform/URLLoading/Detail/ResponseHead.hpp>
+#include <Platform/URLLoading/Detail/TransferObserver.hpp>
 #include <Platform/URLLoading/URLError.hpp>
 #include <Platform/URLLoading/URLRequest.hpp>
 #include <Platform/URLLoading/URLSession.hpp>
@@ -37,11 +39,21 @@ public:
     virtual void complete(TransferOutcome outcome) = 0;
 };
 
+/// What a transfer may do, and who looks on.
+struct TransferOptions {
+    std::optional<std::uint64_t> maximumBodySize;
+    bool allowsPlainHTTP = false;
+    /// Otherwise a redirect is the result, without its body.
+    bool followsRedirects = true;
+    std::shared_ptr<TransferObserver> observer;
+
+    TransferOptions();
+};
+
 /// One request on its way, redirects included: what is sent, what has come, and how it ends. Knows nothing of sockets.
 class Transfer final : public Deadlines::Entry {
 public:
-    Transfer(URLRequest request, std::optional<std::uint64_t> maximumBodySize, bool allowsPlainHTTP,
-             std::unique_ptr<TransferCompletion> completion);
+    Transfer(URLRequest request, TransferOptions options, std::unique_ptr<TransferCompletion> completion);
 
     const URLRequest& request() const noexcept { return request_; }
     std::unique_ptr<TransferCompletion> takeCompletion() noexcept { return std::move(completion_); }
@@ -79,12 +91,13 @@ public:
 private:
     void fail(URLError::Kind kind);
     void headIsComplete();
+    void prepareBody();
+    BodySink& plainBody();
     bool follow(std::string_view location);
 
     URLRequest request_;
     std::unique_ptr<TransferCompletion> completion_;
-    bool allowsPlainHTTP_;
-    std::optional<std::uint64_t> maximumBodySize_;
+    TransferOptions options_;
     int redirects_ = 0;
     bool hasStarted_ = false;
     bool foundPeerGone_ = false;
@@ -93,6 +106,7 @@ private:
 
     ResponseHead head_;
     MemoryBody body_;
+    std::optional<ObservedBody> observedBody_;
     std::unique_ptr<BodySink> decoder_;
     /// The bytes of a body that nobody will see, that of a redirect.
     std::optional<std::uint64_t> discarded_;
