@@ -1,3 +1,4 @@
+#include <TovrelTesting/BackEnd/ScratchDirectory.hpp>
 #include <TovrelTesting/BackEnd/Server.hpp>
 #include <TovrelTesting/LocalBackEnd.hpp>
 
@@ -11,7 +12,8 @@ std::unique_ptr<LocalBackEnd> LocalBackEnd::start(const LocalBackEndOptions& opt
     return std::unique_ptr<LocalBackEnd>(new LocalBackEnd(std::make_unique<Server>(options)));
 }
 
-LocalBackEnd::LocalBackEnd(std::unique_ptr<Server> server) : server_(std::move(server)) {}
+LocalBackEnd::LocalBackEnd(std::unique_ptr<Server> server)
+    : cacheDirectory_(std::make_unique<const ScratchDirectory>()), server_(std::move(server)) {}
 
 LocalBackEnd::~LocalBackEnd() = default;
 
@@ -33,6 +35,10 @@ std::string LocalBackEnd::plainUrl(std::string_view target, std::string_view hos
 
 const std::string& LocalBackEnd::certificateAuthorityPem() const noexcept {
     return server_->certificateAuthorityPem();
+}
+
+const std::filesystem::path& LocalBackEnd::cacheDirectory() const noexcept {
+    return cacheDirectory_->path();
 }
 
 void LocalBackEnd::on(std::string_view method, std::string_view pattern, RouteHandler handler) {

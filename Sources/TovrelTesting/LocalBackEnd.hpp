@@ -11,6 +11,7 @@
 #include <chrono>
 #include <cstddef>
 #include <cstdint>
+#include <filesystem>
 #include <functional>
 #include <memory>
 #include <string>
@@ -19,6 +20,7 @@
 
 namespace tovrel::testing {
 
+class ScratchDirectory;
 class Server;
 
 /// Answers a request. Runs on the back end's thread, one at a time: it must not block, and it may call the back end.
@@ -33,7 +35,8 @@ using RouteHandler = std::function<ScriptedResponse(const ReceivedRequest&)>;
 /// included, and waits for the thread.
 class TOVREL_EXPORT LocalBackEnd {
 public:
-    /// Starts a back end; it accepts connections when this returns. Throws `LocalBackEndError`.
+    /// Starts a back end; it accepts connections when this returns. Throws `LocalBackEndError`, and
+    /// `std::filesystem::filesystem_error` if no temporary directory can be made.
     static std::unique_ptr<LocalBackEnd> start(const LocalBackEndOptions& options = LocalBackEndOptions());
 
     ~LocalBackEnd();
@@ -54,6 +57,9 @@ public:
 
     /// The certificate that a client has to trust, in PEM.
     const std::string& certificateAuthorityPem() const noexcept;
+
+    /// A directory for what clients keep of the responses; it goes with the back end.
+    const std::filesystem::path& cacheDirectory() const noexcept;
 
     /// Answers requests for a path at any host.
     ///
@@ -97,6 +103,7 @@ public:
 private:
     explicit LocalBackEnd(std::unique_ptr<Server> server);
 
+    std::unique_ptr<const ScratchDirectory> cacheDirectory_;
     std::unique_ptr<Server> server_;
 };
 

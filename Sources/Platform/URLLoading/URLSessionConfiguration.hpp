@@ -4,6 +4,7 @@
 #include <Platform/System/Export.hpp>
 
 #include <cstdint>
+#include <filesystem>
 #include <memory>
 #include <optional>
 #include <string>
@@ -72,6 +73,8 @@ struct TOVREL_EXPORT URLSessionConfiguration {
     bool allowsHTTP2 = true;
     /// Where responses are kept. Absent: nowhere, and every request goes to the network. Sessions may share one.
     std::shared_ptr<URLCache> urlCache;
+    /// Where whoever makes the session's cache puts it; `urlCache` itself does not look at it. Absent: `URLCache::defaultDirectory`.
+    std::optional<std::filesystem::path> cacheDirectory;
 
     URLSessionConfiguration();
 };

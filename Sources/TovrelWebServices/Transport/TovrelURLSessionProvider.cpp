@@ -1,8 +1,20 @@
 #include <TovrelWebServices/Transport/TovrelURLSessionProvider.hpp>
 
+#include <Platform/URLLoading/URLCache.hpp>
+
+#include <algorithm>
+#include <cstdint>
 #include <utility>
 
 namespace tovrel {
+
+namespace {
+
+std::uint64_t capacity(const WebRequestCacheSize& size) {
+    return static_cast<std::uint64_t>(std::max<std::int64_t>(size.bytes(), 0));
+}
+
+} // namespace
 
 std::shared_ptr<TovrelURLSessionProvider> TovrelURLSessionProvider::default_() {
     static const std::shared_ptr<TovrelURLSessionProvider> provider = make();
@@ -14,7 +26,7 @@ std::shared_ptr<TovrelURLSessionProvider> TovrelURLSessionProvider::make(URLSess
 }
 
 TovrelURLSessionProvider::TovrelURLSessionProvider(URLSessionConfiguration configuration)
-    : configuration_(std::move(configuration)), session_(URLSession::make(configuration_)) {}
+    : configuration_(std::move(configuration)), session_(makeSession(WebRequestCacheDefinition::default_())) {}
 
 TovrelURLSessionProvider::~TovrelURLSessionProvider() = default;
 
@@ -24,13 +36,18 @@ std::shared_ptr<URLSession> TovrelURLSessionProvider::session() const {
 }
 
 void TovrelURLSessionProvider::updateCache(const WebRequestCacheDefinition& definition) {
-    // Sessions keep no responses yet; a size that is none fails here all the same.
-    static_cast<void>(definition.memory.bytes());
-    static_cast<void>(definition.disk.bytes());
     const std::scoped_lock lock(lock_);
-    std::shared_ptr<URLSession> session = URLSession::make(configuration_);
+    std::shared_ptr<URLSession> session = makeSession(definition);
     const std::scoped_lock snapshotLock(snapshot_);
     session_.swap(session);
+}
+
+std::shared_ptr<URLSession>
+TovrelURLSessionProvider::makeSession(const WebRequestCacheDefinition& definition) const {
+    URLSessionConfiguration configuration = configuration_;
+    configuration.urlCache =
+        URLCache::make(capacity(definition.memory), capacity(definition.disk), configuration.cacheDirectory);
+    return URLSession::make(std::move(configuration));
 }
 
 } // namespace tovrel

@@ -39,6 +39,7 @@ struct Loaded {
     std::string body;
     std::string version;
     std::string url;
+    HTTPURLResponse::Source source = HTTPURLResponse::Source::network;
 
     Loaded() = default;
 
@@ -205,6 +206,7 @@ private:
             result.body = value.data.value().string();
             result.version = response.httpVersion();
             result.url = response.url().absoluteString();
+            result.source = response.source();
         } catch (const URLError& error) {
             EXPECT_EQ(std::string(error.what()).find(secret), std::string::npos) << error.what();
             result.error = error;

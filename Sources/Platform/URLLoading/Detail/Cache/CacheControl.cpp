@@ -66,7 +66,9 @@ CacheControl::CacheControl(const HTTPHeaders& headers) {
 CacheControl CacheControl::ofRequest(const HTTPHeaders& headers) {
     CacheControl control(headers);
     if (!headers.contains("cache-control")) {
-        for (const std::string_view member : FieldList(combinedValue(headers, "pragma").value_or("")).members) {
+        const std::string pragma = combinedValue(headers, "pragma").value_or("");
+        const FieldList list(pragma);
+        for (const std::string_view member : list.members) {
             control.noCache = control.noCache || ascii::equalIgnoringCase(member, "no-cache");
         }
     }

@@ -50,7 +50,7 @@ std::string applicationName() {
 }
 
 /// A path that is the same however the directory is spelled, also before it exists.
-fs::path canonical(const fs::path& directory) {
+fs::path canonicalPath(const fs::path& directory) {
     std::error_code error;
     const fs::path absolute = fs::absolute(directory, error);
     fs::path result = fs::weakly_canonical(absolute, error);
@@ -78,7 +78,7 @@ std::shared_ptr<CacheStore> cacheStore(std::uint64_t memoryCapacity, std::uint64
     if (!directory) {
         return std::make_shared<CacheStore>(memoryCapacity, diskCapacity, directory, std::move(now));
     }
-    const fs::path path = canonical(*directory);
+    const fs::path path = canonicalPath(*directory);
     const std::scoped_lock lock(mutex);
     std::erase_if(stores, [](const auto& entry) { return entry.second.expired(); });
     std::weak_ptr<CacheStore>& known = stores[path];

@@ -1,6 +1,7 @@
 #include <Platform/Concurrency/Hop.hpp>
 #include <Platform/Concurrency/TaskPool.hpp>
 #include <Platform/URLLoading/Detail/Cache/CacheStore.hpp>
+#include <Platform/URLLoading/Detail/Cache/DiskWriter.hpp>
 
 #include <utility>
 

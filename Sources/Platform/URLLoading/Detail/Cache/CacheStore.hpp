@@ -52,7 +52,7 @@ public:
     Date now() const { return now_(); }
 
     Found findInMemory(std::string_view key, const URLRequest& request);
-    bool mayBeOnDisk(std::string_view key) const { return disk_ && disk_->mayContain(key); }
+    bool mayBeOnDisk(std::string_view key) { return disk_ && disk_->mayContain(key); }
     /// Reads what the request selects from the disk, and keeps it in memory too.
     static Async<Found> readFromDisk(std::shared_ptr<CacheVisit> visit, URLRequest request);
 

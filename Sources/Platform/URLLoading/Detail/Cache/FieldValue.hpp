@@ -20,6 +20,8 @@ struct FieldList {
     bool isMalformed = false;
 
     explicit FieldList(std::string_view value);
+    /// The members are views into the value.
+    explicit FieldList(std::string&& value) = delete;
 };
 
 } // namespace tovrel

@@ -1,3 +1,4 @@
+#include <Platform/URLLoading/Detail/Cache/DiskWriter.hpp>
 #include <Platform/URLLoading/Detail/Cache/ResponseRecording.hpp>
 #include <Platform/URLLoading/Detail/Cache/Storability.hpp>
 

@@ -46,7 +46,8 @@ bool isOfTheConnection(std::string_view name, const std::vector<std::string>& na
 HTTPHeaders endToEnd(HTTPHeaders headers) {
     const std::string connection = ascii::lowered(combinedValue(headers, "connection").value_or(""));
     std::vector<std::string> named;
-    for (const std::string_view member : FieldList(connection).members) {
+    const FieldList list(connection);
+    for (const std::string_view member : list.members) {
         named.emplace_back(member);
     }
     std::vector<HTTPHeader> kept;
@@ -86,7 +87,8 @@ std::string valueDigest(const URLRequest& request, std::string_view name) {
 std::vector<std::string> selectingNames(const HTTPHeaders& responseHeaders) {
     std::vector<std::string> names{std::string(authorization)};
     const std::string vary = ascii::lowered(combinedValue(responseHeaders, "vary").value_or(""));
-    for (const std::string_view member : FieldList(vary).members) {
+    const FieldList list(vary);
+    for (const std::string_view member : list.members) {
         if (std::find(names.begin(), names.end(), member) == names.end()) {
             names.emplace_back(member);
         }

@@ -230,7 +230,7 @@ TEST(CacheDecision, TellsTheErrorsThatAStoredResponseMayHide) {
 TEST(CacheDecision, AnswersWithTheAgeOfTheMoment) {
     const StoredResponse stored = storedResponse({{"Age", "100"}, {"X", "y"}});
     EXPECT_EQ(answeredFields(stored, moment.advancedBy(2.9), false), (HTTPHeaders{{"Age", "102"}, {"X", "y"}}));
-    EXPECT_EQ(*answeredFields(storedResponse({}), moment, true).find("age"), "0");
+    EXPECT_EQ(answeredFields(storedResponse({}), moment, true), (HTTPHeaders{{"Age", "0"}}));
 }
 
 TEST(CacheDecision, AnswersWithoutTheFieldsThatNeedValidation) {
