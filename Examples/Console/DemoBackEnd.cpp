@@ -4,6 +4,8 @@
 
 #include <Platform/Coding/JSONDecoder.hpp>
 
+#include <utility>
+
 using tovrel::testing::ContentCoding;
 using tovrel::testing::LocalBackEnd;
 using tovrel::testing::LocalBackEndOptions;
@@ -29,6 +31,14 @@ ScriptedResponse oneItem(const ReceivedRequest& request) {
     return ScriptedResponse::json(R"({"identifier": )" + identifier + R"(, "title": "Item )" + identifier + R"("})");
 }
 
+/// Fresh for two seconds, and good enough for ten minutes when nothing better is to be had.
+ScriptedResponse catalogue(const ReceivedRequest& request) {
+    const std::string tag = "\"autumn\"";
+    ScriptedResponse response =
+        request.header("if-none-match") == tag ? ScriptedResponse(304) : ScriptedResponse::text(std::string(4096, '.'));
+    return std::move(response).withHeader("ETag", tag).withHeader("Cache-Control", "max-age=2, stale-if-error=600");
+}
+
 } // namespace
 
 std::unique_ptr<LocalBackEnd> startDemoBackEnd() {
@@ -40,5 +50,6 @@ std::unique_ptr<LocalBackEnd> startDemoBackEnd() {
         return ScriptedResponse::json(latestItems).withCoding(ContentCoding::gzip);
     });
     backEnd->on("POST", "/items", addItem);
+    backEnd->on("GET", "/catalogue", catalogue);
     return backEnd;
 }

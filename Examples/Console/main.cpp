@@ -1,5 +1,6 @@
 // The demo: everything that the library does so far, against a local back end that it starts itself.
 
+#include "CacheDemo.hpp"
 #include "DemoBackEnd.hpp"
 #include "Item.hpp"
 #include "Journal.hpp"
@@ -14,6 +15,7 @@
 #include <iostream>
 #include <set>
 #include <string>
+#include <string_view>
 #include <vector>
 
 using namespace tovrel;
@@ -150,8 +152,11 @@ void multiplex(const Demo& demo) {
 
 } // namespace
 
-int main() {
+int main(int count, char** arguments) {
     try {
+        if (count == 3 && std::string_view(arguments[1]) == "read-cache") {
+            return readCacheOfAnotherProcess(arguments[2]);
+        }
         const Demo demo;
         std::cout << "A local back end plays https://" << demoHost << " on port " << demo.backEnd->port()
                   << " of this machine.\n";
@@ -161,6 +166,7 @@ int main() {
         timeOut(demo);
         notFound(demo);
         multiplex(demo);
+        demonstrateCache(*demo.backEnd);
         std::cout << "\nDone.\n";
     } catch (const std::exception& error) {
         std::cerr << "The demo failed: " << error.what() << '\n';

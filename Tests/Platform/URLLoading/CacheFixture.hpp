@@ -5,12 +5,14 @@
 
 #include <algorithm>
 #include <atomic>
+#include <chrono>
 #include <functional>
 #include <memory>
 #include <mutex>
 #include <string>
 #include <string_view>
 #include <Support/Await.hpp>
+#include <thread>
 #include <utility>
 #include <vector>
 
@@ -54,6 +56,8 @@ protected:
 
     /// A new session, as a new process has it: nothing is in memory.
     void restartProcess(std::uint64_t memory = 5 * mebibyte, std::uint64_t disk = 50 * mebibyte) {
+        // Sees all that was stored, which the last owner of a store may else still be writing on another thread.
+        diskUsage();
         session.reset();
         cache.reset();
         useCache(memory, disk);
@@ -117,6 +121,18 @@ protected:
     }
 
     std::uint64_t diskUsage() const { return tests::getInTime(cache->currentDiskUsage()); }
+
+    /// Whether the condition holds before the deadline; what happens on other threads need not have happened yet.
+    static bool becomesTrue(const std::function<bool()>& condition) {
+        const auto end = std::chrono::steady_clock::now() + deadline;
+        while (!condition()) {
+            if (std::chrono::steady_clock::now() > end) {
+                return false;
+            }
+            std::this_thread::yield();
+        }
+        return true;
+    }
 
     std::shared_ptr<ManualDate> date = std::make_shared<ManualDate>();
     std::shared_ptr<URLCache> cache;

@@ -1,3 +1,4 @@
+#include <Platform/Concurrency/Start.hpp>
 #include <Platform/Concurrency/TaskGroup.hpp>
 #include <Platform/URLLoading/URLError.hpp>
 #include <TovrelTesting/LocalSession.hpp>
@@ -10,7 +11,13 @@
 
 #include <gmock/gmock.h>
 
+#include <atomic>
+#include <chrono>
 #include <functional>
+#include <future>
+#include <memory>
+#include <string>
+#include <thread>
 #include <Support/Await.hpp>
 #include <Support/UserAgent.hpp>
 
@@ -276,6 +283,75 @@ TEST_F(TransportIntegration, LeaksNoSecretIntoTheTextOfAnyFailure) {
             }
         }
     }
+}
+
+TEST_F(TransportIntegration, AnswersFromTheCacheAsThePolicyOfTheRequestSays) {
+    backEnd_->on("GET", "/cached", [count = 0](const ReceivedRequest&) mutable {
+        return ScriptedResponse::text(std::to_string(++count)).withHeader("Cache-Control", "max-age=600");
+    });
+    const auto body = [this](CachePolicy policy) {
+        return getInTime(service_->execute(request("cached")->setCachePolicy(policy))).data->string();
+    };
+    EXPECT_EQ(body(CachePolicy::useProtocolCachePolicy), "1");
+    EXPECT_EQ(body(CachePolicy::useProtocolCachePolicy), "1");
+    EXPECT_EQ(body(CachePolicy::reloadIgnoringLocalCacheData), "2");
+    EXPECT_EQ(body(CachePolicy::returnCacheDataDontLoad), "2");
+    EXPECT_EQ(body(CachePolicy::reloadIgnoringLocalAndRemoteCacheData), "3");
+    EXPECT_EQ(body(CachePolicy::returnCacheDataElseLoad), "3");
+    EXPECT_EQ(body(CachePolicy::reloadRevalidatingCacheData), "4") << "There is nothing to confirm it by.";
+}
+
+TEST_F(TransportIntegration, PassesTheErrorOfAnAnswerThatIsNotStoredOn) {
+    const auto sent = request("cached")->setCachePolicy(CachePolicy::returnCacheDataDontLoad);
+    try {
+        getInTime(service_->execute(sent));
+        FAIL() << "There was an answer.";
+    } catch (const URLError& error) {
+        EXPECT_EQ(error, URLError::resourceUnavailable());
+    }
+    EXPECT_TRUE(backEnd_->requests().empty());
+}
+
+TEST_F(TransportIntegration, LetsRequestsUnderWayFinishWhenTheCacheIsReplaced) {
+    backEnd_->on("GET", "/slow", [](const ReceivedRequest&) {
+        return ScriptedResponse::text("whole").withHeader("Cache-Control", "max-age=600");
+    });
+    backEnd_->inject(Fault::stall(FaultPoint::responseBody));
+    auto ended = std::make_shared<std::promise<std::string>>();
+    const TaskHandle handle =
+        start<WebResponse>(service_->execute(request("slow")),
+                           [ended](Outcome<WebResponse> outcome) { ended->set_value(outcome.value().data->string()); });
+    const auto isStalled = [](const testing::BackEndStatistics& now) { return now.exchangesStalled > 0; };
+    ASSERT_TRUE(isStalled(backEnd_->waitUntil(isStalled, deadline)));
+
+    const auto before = provider_->session();
+    provider_->updateCache(WebRequestCacheDefinition(WebRequestCacheSize::mb(1), WebRequestCacheSize::mb(10)));
+    EXPECT_NE(provider_->session(), before);
+    backEnd_->releaseStalled();
+    auto future = ended->get_future();
+    ASSERT_EQ(future.wait_for(deadline), std::future_status::ready);
+    EXPECT_EQ(future.get(), "whole");
+    EXPECT_EQ(getInTime(service_->execute(request("slow"))).data->string(), "whole");
+    EXPECT_EQ(backEnd_->requests().size(), 1U) << "The new session finds what the old one stored.";
+}
+
+TEST_F(TransportIntegration, ReplacesTheCacheWhileRequestsRun) {
+    backEnd_->on("GET", "/items/{identifier}", [](const ReceivedRequest& received) {
+        return ScriptedResponse::text(received.parameters.at("identifier")).withHeader("Cache-Control", "max-age=600");
+    });
+    std::atomic<bool> hasEnded = false;
+    std::thread updates([&] {
+        for (int i = 0; !hasEnded; ++i) {
+            provider_->updateCache(
+                WebRequestCacheDefinition(WebRequestCacheSize::kb(i % 3), WebRequestCacheSize::kb(300 * (i % 4))));
+        }
+    });
+    for (int i = 0; i < 200; ++i) {
+        const std::string identifier = std::to_string(i % 20);
+        EXPECT_EQ(getInTime(service_->execute(request("items/" + identifier))).data->string(), identifier);
+    }
+    hasEnded = true;
+    updates.join();
 }
 
 } // namespace tovrel::tests
