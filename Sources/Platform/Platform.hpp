@@ -47,6 +47,7 @@
 #include <Platform/URLLoading/HTTPURLResponse.hpp>
 #include <Platform/URLLoading/PercentEncoding.hpp>
 #include <Platform/URLLoading/URL.hpp>
+#include <Platform/URLLoading/URLCache.hpp>
 #include <Platform/URLLoading/URLComponents.hpp>
 #include <Platform/URLLoading/URLError.hpp>
 #include <Platform/URLLoading/URLRequest.hpp>

@@ -73,7 +73,8 @@ struct TOVREL_EXPORT URLSessionConfiguration {
     bool allowsHTTP2 = true;
     /// Where responses are kept. Absent: nowhere, and every request goes to the network. Sessions may share one.
     std::shared_ptr<URLCache> urlCache;
-    /// Where whoever makes the session's cache puts it; `urlCache` itself does not look at it. Absent: `URLCache::defaultDirectory`.
+    /// Where whoever makes the session's cache puts it; `urlCache` itself does not look at it. Absent:
+    /// `URLCache::defaultDirectory`.
     std::optional<std::filesystem::path> cacheDirectory;
 
     URLSessionConfiguration();

@@ -1,6 +1,5 @@
-#include <TovrelWebServices/Transport/TovrelURLSessionProvider.hpp>
-
 #include <Platform/URLLoading/URLCache.hpp>
+#include <TovrelWebServices/Transport/TovrelURLSessionProvider.hpp>
 
 #include <algorithm>
 #include <cstdint>
@@ -42,8 +41,7 @@ void TovrelURLSessionProvider::updateCache(const WebRequestCacheDefinition& defi
     session_.swap(session);
 }
 
-std::shared_ptr<URLSession>
-TovrelURLSessionProvider::makeSession(const WebRequestCacheDefinition& definition) const {
+std::shared_ptr<URLSession> TovrelURLSessionProvider::makeSession(const WebRequestCacheDefinition& definition) const {
     URLSessionConfiguration configuration = configuration_;
     configuration.urlCache =
         URLCache::make(capacity(definition.memory), capacity(definition.disk), configuration.cacheDirectory);

@@ -17,9 +17,9 @@
 #include <future>
 #include <memory>
 #include <string>
-#include <thread>
 #include <Support/Await.hpp>
 #include <Support/UserAgent.hpp>
+#include <thread>
 
 namespace tovrel::tests {
 
