@@ -54,12 +54,17 @@ protected:
         useSession();
     }
 
-    /// A new session, as a new process has it: nothing is in memory.
-    void restartProcess(std::uint64_t memory = 5 * mebibyte, std::uint64_t disk = 50 * mebibyte) {
+    /// Lets go of the cache, as the end of a process does.
+    void endProcess() {
         // Sees all that was stored, which the last owner of a store may else still be writing on another thread.
         diskUsage();
         session.reset();
         cache.reset();
+    }
+
+    /// A new session, as a new process has it: nothing is in memory.
+    void restartProcess(std::uint64_t memory = 5 * mebibyte, std::uint64_t disk = 50 * mebibyte) {
+        endProcess();
         useCache(memory, disk);
     }
 

@@ -156,8 +156,7 @@ TEST_F(ResponseCache, WritesNoAuthorizationToDisk) {
     URLRequest request = requestFor("/me");
     request.headers.set("X-Key", secret);
     EXPECT_EQ(body(request), "1");
-    session.reset();
-    cache.reset();
+    endProcess();
     std::size_t files = 0;
     for (const auto& entry : std::filesystem::recursive_directory_iterator(backEnd->cacheDirectory())) {
         if (entry.is_regular_file()) {
@@ -575,8 +574,7 @@ TEST_F(ResponseCache, WorksInMemoryWhereTheDiskIsOutOfOrder) {
 TEST_F(ResponseCache, LoadsAnewWhatWasDamagedOnDisk) {
     serve("/a", {minute});
     EXPECT_EQ(body("/a"), "1");
-    session.reset();
-    cache.reset();
+    endProcess();
     for (const auto& entry : std::filesystem::directory_iterator(backEnd->cacheDirectory())) {
         if (entry.is_regular_file()) {
             std::ofstream(entry.path(), std::ios::binary) << std::string(9000, '\x5a');
