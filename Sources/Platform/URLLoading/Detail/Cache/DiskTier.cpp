@@ -76,9 +76,11 @@ std::shared_ptr<DiskTier> DiskTier::make(std::filesystem::path folder, std::uint
 }
 
 DiskTier::DiskTier(const std::filesystem::path& folder, std::uint64_t capacity, std::function<Date()> now)
-    : now_(std::move(now)), capacity_(capacity), folder_(folder) {}
+    : now_(std::move(now)), capacity_(capacity), access_(std::make_shared<Access>(this)), folder_(folder) {}
 
 DiskTier::~DiskTier() {
+    const std::scoped_lock lock(access_->mutex);
+    access_->tier = nullptr;
     drain(true);
 }
 
@@ -93,9 +95,10 @@ void DiskTier::change(const Change& change) {
         }
     }
     if (mustWake) {
-        boost::asio::post(TaskPool::blocking(), [weak = weak_from_this()] {
-            if (const std::shared_ptr<DiskTier> self = weak.lock()) {
-                self->work();
+        boost::asio::post(TaskPool::blocking(), [access = access_] {
+            const std::scoped_lock lock(access->mutex);
+            if (access->tier != nullptr) {
+                access->tier->work();
             }
         });
     }
@@ -269,14 +272,13 @@ std::uint64_t DiskTier::usage() {
 }
 
 void DiskTier::flush() {
-    const std::scoped_lock lock(storeMutex_);
+    const std::scoped_lock lock(access_->mutex);
     drain();
 }
 
 void DiskTier::work() {
-    const std::scoped_lock lock(storeMutex_);
     {
-        const std::scoped_lock queueLock(mutex_);
+        const std::scoped_lock lock(mutex_);
         isRung_ = false;
     }
     drain();
@@ -287,7 +289,7 @@ void DiskTier::work() {
 
 template <class Function>
 void DiskTier::use(const Function& function) {
-    const std::scoped_lock lock(storeMutex_);
+    const std::scoped_lock lock(access_->mutex);
     drain();
     if (!open()) {
         return;

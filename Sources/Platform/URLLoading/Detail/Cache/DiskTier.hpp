@@ -91,15 +91,16 @@ private:
     /// Changes what `mutex_` guards. Where the function says that there is work, it is done on the blocking lane.
     template <class Change>
     void change(const Change& change);
-    void work();
 
     // With `mutex_` held.
     bool enqueueAbort(std::shared_ptr<DiskWrite> write);
     void addQueuedHashes();
     [[nodiscard]] bool isResting(Date now) const;
 
-    // With `storeMutex_` held.
+    // With `access_` locked.
 
+    /// The work that the bell has called for.
+    void work();
     /// Carries out all that waits.
     void drain(bool isLast = false);
     void take(std::vector<DiskTouch>& touches, std::vector<DiskOperation>& operations, bool isLast);
@@ -140,9 +141,16 @@ private:
     std::optional<Date> restingSince_;
     double restingTime_ = 0;
 
-    /// Guards the fields below while the database works. Only threads that may block take it, and never while they hold
-    /// `mutex_`.
-    std::mutex storeMutex_;
+    /// Guards the fields below, while the database works. Only threads that may block wait for it, and never while they
+    /// hold the other. Work on the pool finds its tier here, and the end of a tier waits for work in progress, so that
+    /// all is stored when its last owner has let go.
+    struct Access {
+        std::mutex mutex;
+        DiskTier* tier;
+
+        explicit Access(DiskTier* accessed) : tier(accessed) {}
+    };
+    const std::shared_ptr<Access> access_;
     DiskFolder folder_;
     std::unique_ptr<DiskStore> store_;
     std::int64_t knownVersion_ = 0;

@@ -1,4 +1,4 @@
-#include "DiskFixture.hpp"
+#include <Platform/URLLoading/Detail/Cache/DiskFixture.hpp>
 
 #include <algorithm>
 #include <sys/stat.h>
