@@ -297,9 +297,15 @@ bool DiskStore::makeRoom(std::uint64_t bytes, std::uint64_t capacity, std::int64
     return true;
 }
 
-void DiskStore::shrink() {
-    database_.execute("PRAGMA incremental_vacuum");
+void DiskStore::writeBack() {
     database_.execute("PRAGMA wal_checkpoint(TRUNCATE)");
+}
+
+void DiskStore::shrink() {
+    // On a full disk there may be no room for the second step before the first one.
+    writeBack();
+    database_.execute("PRAGMA incremental_vacuum");
+    writeBack();
 }
 
 } // namespace tovrel

@@ -66,6 +66,8 @@ public:
     /// their URLs to `evicted`. False if they cannot: `kept` and what is still being written stay.
     bool makeRoom(std::uint64_t bytes, std::uint64_t capacity, std::int64_t kept, std::vector<std::uint64_t>& evicted);
 
+    /// Empties the log into the file. Outside of a transaction.
+    void writeBack();
     /// Gives unused space back to the file system. Outside of a transaction.
     void shrink();
 

@@ -351,7 +351,7 @@ bool DiskTier::execute(const std::vector<DiskTouch>& touches, const std::vector<
             case DiskError::Kind::busy:
                 return false;
             case DiskError::Kind::full:
-                return executeEach(operations);
+                return makeSpace() && executeEach(operations);
             case DiskError::Kind::damaged:
             case DiskError::Kind::unavailable:
                 fail(error);
@@ -361,6 +361,21 @@ bool DiskTier::execute(const std::vector<DiskTouch>& touches, const std::vector<
         }
     }
     return false;
+}
+
+bool DiskTier::makeSpace() {
+    try {
+        store_->writeBack();
+    } catch (const std::exception& error) {
+        if (!isFull(error)) {
+            fail(error);
+        } else if (mayReplace(now_())) {
+            // The log can neither grow nor be written back, and would stay so even if everything were removed.
+            close();
+            folder_.condemn();
+        }
+    }
+    return open();
 }
 
 bool DiskTier::executeEach(const std::vector<DiskOperation>& operations) {
@@ -495,8 +510,7 @@ void DiskTier::fail(const std::exception& failure) {
     const Date now = now_();
     if (kind == DiskError::Kind::damaged) {
         folder_.condemn();
-        if (!lastReplacement_ || !isWithin(*lastReplacement_, timeBetweenReplacements, now)) {
-            lastReplacement_ = now;
+        if (mayReplace(now)) {
             Logger("com.tovrel.platform", "URLCache").log(OSLogType::error, std::string("replaced, ") + failure.what());
             return;
         }
@@ -504,6 +518,14 @@ void DiskTier::fail(const std::exception& failure) {
     const std::scoped_lock lock(mutex_);
     restingSince_ = now;
     restingTime_ = kind == DiskError::Kind::busy ? restWhenBusy : restAfterFailure;
+}
+
+bool DiskTier::mayReplace(Date now) {
+    if (lastReplacement_ && isWithin(*lastReplacement_, timeBetweenReplacements, now)) {
+        return false;
+    }
+    lastReplacement_ = now;
+    return true;
 }
 
 void DiskTier::close() {

@@ -105,6 +105,8 @@ private:
     void drain(bool isLast = false);
     void take(std::vector<DiskTouch>& touches, std::vector<DiskOperation>& operations, bool isLast);
     bool execute(const std::vector<DiskTouch>& touches, const std::vector<DiskOperation>& operations);
+    /// On a full disk; whether the store is open then.
+    bool makeSpace();
     /// One by one, so that only what finds no room is lost.
     bool executeEach(const std::vector<DiskOperation>& operations);
     void apply(std::span<const DiskTouch> touches, std::span<const DiskOperation> operations);
@@ -117,6 +119,8 @@ private:
     void loadHashes(Date now);
     /// Closes the store, and decides whether it is replaced or left alone for a while.
     void fail(const std::exception& failure);
+    /// Whether the file may be replaced now, which uses that up for a while.
+    bool mayReplace(Date now);
     void close();
 
     /// Calls a function with the store open, or does not.
