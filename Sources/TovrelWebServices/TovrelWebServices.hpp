@@ -50,6 +50,7 @@
 #include <TovrelWebServices/Tovrel Accounts/AccessTokenValidator.hpp>
 #include <TovrelWebServices/Tovrel Accounts/AppleIssuerBodyParamBuilder.hpp>
 #include <TovrelWebServices/Tovrel Accounts/ClientIssuerBodyParamBuilder.hpp>
+#include <TovrelWebServices/Tovrel Accounts/Default/DefaultTovrelAccountsWebService.hpp>
 #include <TovrelWebServices/Tovrel Accounts/IssuerBodyParamBuilder.hpp>
 #include <TovrelWebServices/Tovrel Accounts/JWT.hpp>
 #include <TovrelWebServices/Tovrel Accounts/KeychainTovrelAccountsStorage.hpp>

@@ -36,6 +36,8 @@ KNOTS = {
     ("TovrelWebServices/Transport/WebRequestable.cpp", "TovrelWebServices/Services"),
     # The domain services send with the accounts service's token, which itself calls the API service.
     ("TovrelWebServices/Services/Private/AccountsAccess.cpp", "TovrelWebServices/Tovrel Accounts"),
+    # The accounts service asks the sign-in service for the state of the credential.
+    ("TovrelWebServices/Tovrel Accounts/Default/DefaultTovrelAccountsWebService.cpp", "TovrelWebServices/SignIn"),
 }
 
 # The async vocabulary, the only third-party types in the interface, and where it is.
