@@ -10,6 +10,12 @@ DefaultApiWebService::make(std::shared_ptr<TovrelAccountsWebService> accountsWeb
     return std::shared_ptr<DefaultApiWebService>(new DefaultApiWebService(std::move(accountsWebService)));
 }
 
+std::shared_ptr<DefaultApiWebService> DefaultApiWebService::make(const TovrelAccountsClient& client,
+                                                                 std::shared_ptr<TovrelAccountsStorage> storage,
+                                                                 std::shared_ptr<WebRequestExecutor> executor) {
+    return make(detail::AccountsAccess::make(client, std::move(storage), std::move(executor)));
+}
+
 std::shared_ptr<DefaultApiWebService> DefaultApiWebService::make(const Services& services) {
     return make(detail::AccountsAccess::find(services));
 }

@@ -10,6 +10,12 @@ DefaultCdnWebService::make(std::shared_ptr<TovrelAccountsWebService> accountsWeb
     return std::shared_ptr<DefaultCdnWebService>(new DefaultCdnWebService(std::move(accountsWebService)));
 }
 
+std::shared_ptr<DefaultCdnWebService> DefaultCdnWebService::make(const TovrelAccountsClient& client,
+                                                                 std::shared_ptr<TovrelAccountsStorage> storage,
+                                                                 std::shared_ptr<WebRequestExecutor> executor) {
+    return make(detail::AccountsAccess::make(client, std::move(storage), std::move(executor)));
+}
+
 std::shared_ptr<DefaultCdnWebService> DefaultCdnWebService::make(const Services& services) {
     return make(detail::AccountsAccess::find(services));
 }

@@ -16,6 +16,13 @@ class TOVREL_EXPORT DefaultCdnWebService final : public CdnWebService {
 public:
     static std::shared_ptr<DefaultCdnWebService> make(std::shared_ptr<TovrelAccountsWebService> accountsWebService);
 
+    /// Over an accounts service of its own, made from the same three.
+    ///
+    /// @param storage Null for the keychain of this application.
+    static std::shared_ptr<DefaultCdnWebService> make(const TovrelAccountsClient& client,
+                                                      std::shared_ptr<TovrelAccountsStorage> storage,
+                                                      std::shared_ptr<WebRequestExecutor> executor);
+
     /// Over an accounts service that is registered in the container. If there is none, the process stops with the text
     /// of the lookup's error.
     static std::shared_ptr<DefaultCdnWebService> make(const Services& services);

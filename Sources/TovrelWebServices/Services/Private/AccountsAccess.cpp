@@ -2,7 +2,8 @@
 #include <Platform/Concurrency/TaskPool.hpp>
 #include <QZFrameworkCoreLogic/Dependency.hpp>
 #include <TovrelWebServices/Services/Private/AccountsAccess.hpp>
-#include <TovrelWebServices/Tovrel Accounts/TovrelAccountsWebService.hpp>
+#include <TovrelWebServices/Tovrel Accounts/Default/DefaultTovrelAccountsWebService.hpp>
+#include <TovrelWebServices/Tovrel Accounts/KeychainTovrelAccountsStorage.hpp>
 #include <TovrelWebServices/Transport/WebRequestExecutor.hpp>
 #include <TovrelWebServices/Transport/WebServiceError.hpp>
 
@@ -27,6 +28,15 @@ Async<TovrelDomainWebService::AnyResponse> validated(WebResponse response, JSOND
 }
 
 } // namespace
+
+AccountsAccess::Accounts AccountsAccess::make(const TovrelAccountsClient& client,
+                                              std::shared_ptr<TovrelAccountsStorage> storage,
+                                              std::shared_ptr<WebRequestExecutor> executor) {
+    if (!storage) {
+        storage = KeychainTovrelAccountsStorage::make(Keychain());
+    }
+    return DefaultTovrelAccountsWebService::make(client, std::move(storage), std::move(executor));
+}
 
 AccountsAccess::Accounts AccountsAccess::find(const Services& services) {
     return Dependency<TovrelAccountsWebService>(services).get();

@@ -10,7 +10,9 @@
 namespace tovrel {
 
 class Services;
+class TovrelAccountsStorage;
 class TovrelAccountsWebService;
+struct TovrelAccountsClient;
 
 namespace detail {
 
@@ -22,6 +24,9 @@ public:
 
     AccountsAccess() = delete;
 
+    /// @param storage Null for the application's keychain.
+    static Accounts make(const TovrelAccountsClient& client, std::shared_ptr<TovrelAccountsStorage> storage,
+                         std::shared_ptr<WebRequestExecutor> executor);
     static Accounts find(const Services& services);
     static std::shared_ptr<WebRequestExecutor> executor(const TovrelAccountsWebService& accounts);
     static TovrelEnvironment stage(const TovrelAccountsWebService& accounts);
