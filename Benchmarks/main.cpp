@@ -1,5 +1,6 @@
 #include <fmt/core.h>
 
+#include <Cache/CacheBenchmark.hpp>
 #include <cstdio>
 #include <cstdlib>
 #include <exception>
@@ -17,6 +18,7 @@ namespace tovrel::benchmarks {
 namespace {
 
 const std::map<std::string, std::function<void()>> comparisons = {{"json", compareJSON},
+                                                                  {"cache", compareCache},
                                                                   {"http", compareSmallRequests},
                                                                   {"download", compareDownloads},
                                                                   {"flight", compareRequestsInFlight}};

@@ -19,18 +19,24 @@ using testing::ScriptedResponse;
 const char* const smallPath = "/small";
 const char* const largePath = "/large";
 const char* const slowPath = "/slow";
+const char* const cacheablePath = "/cacheable";
+const char* const uncacheablePath = "/uncacheable";
 
 namespace {
 
 ScriptedResponse small(const ReceivedRequest& /*request*/) {
     return ScriptedResponse::json(std::string(smallBodySize, 'x'))
-        .withHeader("Cache-Control", "private, max-age=60")
+        .withHeader("Cache-Control", "private, no-store")
         .withHeader("Date", "Sat, 21 Nov 2026 10:00:00 GMT")
         .withHeader("Vary", "Accept-Encoding");
 }
 
 ScriptedResponse slow(const ReceivedRequest& request) {
     return small(request).withDelay(std::chrono::milliseconds(500));
+}
+
+ScriptedResponse page(const char* cacheControl) {
+    return ScriptedResponse::json(std::string(cacheableBodySize, 'x')).withHeader("Cache-Control", cacheControl);
 }
 
 ScriptedResponse large(const ReceivedRequest& /*request*/) {
@@ -46,6 +52,8 @@ std::unique_ptr<LocalBackEnd> startServer(OfferedProtocols protocols) {
     server->on("GET", smallPath, small);
     server->on("GET", slowPath, slow);
     server->on("GET", largePath, large);
+    server->on("GET", cacheablePath, [](const ReceivedRequest&) { return page("max-age=86400"); });
+    server->on("GET", uncacheablePath, [](const ReceivedRequest&) { return page("no-store"); });
     return server;
 }
 

@@ -14,6 +14,10 @@ extern const char* const largePath;
 /// The small body after half a second, so that requests pile up.
 extern const char* const slowPath;
 
+constexpr std::size_t cacheableBodySize = 4096;
+extern const char* const cacheablePath;
+extern const char* const uncacheablePath;
+
 /// Serves until standard input ends. Writes a line with the ports for HTTP/1.1 and HTTP/2, then the certificates to
 /// trust, to standard output.
 void serve();
