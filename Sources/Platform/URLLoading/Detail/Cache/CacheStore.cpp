@@ -43,6 +43,14 @@ CacheStore::Found CacheStore::findInMemory(std::string_view key, const URLReques
     return found;
 }
 
+bool CacheStore::mayContain(std::string_view key) {
+    if (mayBeOnDisk(key)) {
+        return true;
+    }
+    const std::scoped_lock lock(mutex_);
+    return memory_.contains(key);
+}
+
 Async<CacheStore::Found> CacheStore::readFromDisk(std::shared_ptr<CacheVisit> visit, URLRequest request) {
     return shielded(hop(TaskPool::blocking(), readOnThisThread(std::move(visit), std::move(request))));
 }

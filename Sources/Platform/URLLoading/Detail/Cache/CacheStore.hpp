@@ -52,6 +52,8 @@ public:
     Date now() const { return now_(); }
 
     Found findInMemory(std::string_view key, const URLRequest& request);
+    /// Whether something of the URL may be stored in either tier.
+    bool mayContain(std::string_view key);
     bool mayBeOnDisk(std::string_view key) { return disk_ && disk_->mayContain(key); }
     /// Reads what the request selects from the disk, and keeps it in memory too.
     static Async<Found> readFromDisk(std::shared_ptr<CacheVisit> visit, URLRequest request);

@@ -112,6 +112,13 @@ Async<Attempt> attempt(std::shared_ptr<Exchange> exchange, HTTPHeaders fields,
     co_return outcome;
 }
 
+/// What is kept of the response that came.
+StoredResponse headOf(const Exchange& exchange, const Attempt& attempted) {
+    const HTTPURLResponse& response = responseOf(attempted.result);
+    return StoredResponse(exchange.request, response.statusCode(), response.httpVersion(), response.allHeaderFields(),
+                          attempted.requested, attempted.received);
+}
+
 Async<Found> lookUp(std::shared_ptr<Exchange> exchange, std::shared_ptr<CacheVisit> visit) {
     Found found = exchange->store->findInMemory(exchange->key, exchange->request);
     if (!found && exchange->store->mayBeOnDisk(exchange->key)) {
@@ -145,18 +152,13 @@ void compareWithHead(const Exchange& exchange, const CacheVisit& visit, const Ca
 }
 
 /// Stores a complete response to GET, or forgets what a newer one replaces that must not be stored.
-void keep(const Exchange& exchange, const Found& found, ResponseRecording& recording, StoredResponse head,
-          const URLSessionResult& result) {
-    const int status = head.statusCode;
+void keep(const Exchange& exchange, const Found& found, ResponseRecording& recording, const Attempt& attempted) {
+    const int status = responseOf(attempted.result).statusCode();
     if (recording.isStorable()) {
-        std::string variant = head.variant();
-        if (found && found->variant != variant) {
-            // The same request selects both: the older one is of no more use.
-            exchange.store->remove(exchange.key, found->variant);
-        }
-        recording.commit(std::move(head), result.data.value_or(Data()));
-    } else if (status >= ok && status < multipleChoices && status != partialContent) {
-        exchange.store->remove(exchange.key, found ? found->variant : head.variant());
+        recording.commit(found, headOf(exchange, attempted), attempted.result.data.value_or(Data()));
+    } else if (status >= ok && status < multipleChoices && status != partialContent &&
+               exchange.store->mayContain(exchange.key)) {
+        exchange.store->remove(exchange.key, found ? found->variant : headOf(exchange, attempted).variant());
     }
 }
 
@@ -177,9 +179,8 @@ Async<URLSessionResult> loadAndStore(std::shared_ptr<Exchange> exchange, std::sh
 
     const HTTPURLResponse& response = responseOf(attempted.result);
     const int status = response.statusCode();
-    StoredResponse head(request, status, response.httpVersion(), response.allHeaderFields(), attempted.requested,
-                        attempted.received);
     if (decision.action == Action::validate && status == notModified) {
+        const StoredResponse head = headOf(*exchange, attempted);
         if (confirms(head, found->head)) {
             co_return answerConfirmed(*exchange, *visit, *found, head);
         }
@@ -197,10 +198,10 @@ Async<URLSessionResult> loadAndStore(std::shared_ptr<Exchange> exchange, std::sh
             found = co_await lookUp(exchange, visit);
         }
         if (found) {
-            compareWithHead(*exchange, *visit, *found, head);
+            compareWithHead(*exchange, *visit, *found, headOf(*exchange, attempted));
         }
     } else if (recording) {
-        keep(*exchange, found, *recording, std::move(head), attempted.result);
+        keep(*exchange, found, *recording, attempted);
     }
     co_return std::move(attempted.result);
 }

@@ -29,6 +29,8 @@ class MemoryTier {
 public:
     explicit MemoryTier(std::uint64_t capacity) : capacity_(capacity) {}
 
+    bool contains(std::string_view key) const { return index_.contains(key); }
+
     /// The response that the request selects, the latest if there are several; using it makes it recent.
     std::shared_ptr<const CachedResponse> find(std::string_view key, const URLRequest& request);
 

@@ -19,8 +19,11 @@ void ResponseRecording::receiveBody(std::string_view bytes) {
     }
 }
 
-void ResponseRecording::commit(StoredResponse head, Data body) {
+void ResponseRecording::commit(const CacheStore::Found& replaced, StoredResponse head, Data body) {
     const auto response = std::make_shared<const CachedResponse>(std::move(head), std::move(body));
+    if (replaced && replaced->variant != response->variant) {
+        visit_->store().remove(visit_->key(), replaced->variant);
+    }
     visit_->store().put(*visit_, response, writer_.get());
 }
 

@@ -23,8 +23,8 @@ public:
     /// Whether the response that was seen may be stored.
     bool isStorable() const noexcept { return isStorable_; }
 
-    /// Stores the response, now that all of it has come.
-    void commit(StoredResponse head, Data body);
+    /// Stores the response, now that all of it has come, and forgets the one that the same request found before.
+    void commit(const CacheStore::Found& replaced, StoredResponse head, Data body);
 
 private:
     std::shared_ptr<CacheVisit> visit_;

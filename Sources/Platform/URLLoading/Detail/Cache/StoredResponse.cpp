@@ -44,6 +44,10 @@ bool isOfTheConnection(std::string_view name, const std::vector<std::string>& na
 }
 
 HTTPHeaders endToEnd(HTTPHeaders headers) {
+    if (std::none_of(headers.begin(), headers.end(),
+                     [](const HTTPHeader& field) { return isOfTheConnection(field.name, {}); })) {
+        return headers;
+    }
     const std::string connection = ascii::lowered(combinedValue(headers, "connection").value_or(""));
     std::vector<std::string> named;
     const FieldList list(connection);
