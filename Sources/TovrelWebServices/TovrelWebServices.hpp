@@ -67,6 +67,7 @@
 #include <TovrelWebServices/Tovrel Accounts/TovrelAccountsType.hpp>
 #include <TovrelWebServices/Tovrel Accounts/TovrelAccountsUserProfile.hpp>
 #include <TovrelWebServices/Tovrel Accounts/TovrelAccountsWebService.hpp>
+#include <TovrelWebServices/Tovrel Accounts/TovrelAccountsWebServiceProvider.hpp>
 #include <TovrelWebServices/Tovrel Accounts/TovrelAccountsWebServiceStatus.hpp>
 #include <TovrelWebServices/Tovrel Accounts/TovrelAuthenticatedUserProfile.hpp>
 #include <TovrelWebServices/Tovrel Accounts/URLBuilder.hpp>
