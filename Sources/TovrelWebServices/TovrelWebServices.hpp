@@ -48,6 +48,7 @@
 #include <TovrelWebServices/SignIn/TovrelAppleSignInService.hpp>
 #include <TovrelWebServices/Support/TovrelWebServicesLog.hpp>
 #include <TovrelWebServices/Tovrel Accounts/AccessTokenValidator.hpp>
+#include <TovrelWebServices/Tovrel Accounts/AccountsErrorPredicates.hpp>
 #include <TovrelWebServices/Tovrel Accounts/AppleIssuerBodyParamBuilder.hpp>
 #include <TovrelWebServices/Tovrel Accounts/ClientIssuerBodyParamBuilder.hpp>
 #include <TovrelWebServices/Tovrel Accounts/Default/DefaultTovrelAccountsWebService.hpp>

@@ -1,6 +1,7 @@
 #include <Platform/Coding/JSONDecoder.hpp>
 #include <TovrelTesting/FakeTovrelAccountsWebService.hpp>
 #include <TovrelTesting/FakeWebRequestExecutor.hpp>
+#include <TovrelWebServices/Tovrel Accounts/AccountsErrorPredicates.hpp>
 #include <TovrelWebServices/Tovrel Accounts/TovrelAccountsError.hpp>
 #include <TovrelWebServices/Transport/WebServiceError.hpp>
 
@@ -75,6 +76,15 @@ TEST(TovrelAccountsError, SaysNothingOfTheServersOwnWords) {
                  "The accounts server refused the request with status 400 (invalid_grant).");
     EXPECT_STREQ(TovrelAccountsError(503, "canary", "canary", "canary").what(),
                  "The accounts server refused the request with status 503.");
+}
+
+TEST(AccountsErrorPredicates, KnowsWhenTheLoginIsOver) {
+    const auto isOver = [](const auto& error) { return isSignedOut(std::make_exception_ptr(error)); };
+    EXPECT_TRUE(isOver(WebServiceError::unauthorized()));
+    EXPECT_TRUE(isOver(TovrelAccountsError(400, "invalid_grant", std::nullopt, std::nullopt)));
+    EXPECT_FALSE(isOver(TovrelAccountsError(401, "invalid_client", std::nullopt, std::nullopt)));
+    EXPECT_FALSE(isOver(WebServiceError::timedOut()));
+    EXPECT_FALSE(isOver(1));
 }
 
 TEST(AccountsStatus, IsAcceptedInItsRangeWhateverTheBodySays) {
