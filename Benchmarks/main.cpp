@@ -1,5 +1,6 @@
 #include <fmt/core.h>
 
+#include <API/ApiBenchmark.hpp>
 #include <Cache/CacheBenchmark.hpp>
 #include <cstdio>
 #include <cstdlib>
@@ -17,11 +18,9 @@ namespace tovrel::benchmarks {
 
 namespace {
 
-const std::map<std::string, std::function<void()>> comparisons = {{"json", compareJSON},
-                                                                  {"cache", compareCache},
-                                                                  {"http", compareSmallRequests},
-                                                                  {"download", compareDownloads},
-                                                                  {"flight", compareRequestsInFlight}};
+const std::map<std::string, std::function<void()>> comparisons = {
+    {"api", compareApiCalls},       {"json", compareJSON},          {"cache", compareCache},
+    {"http", compareSmallRequests}, {"download", compareDownloads}, {"flight", compareRequestsInFlight}};
 
 int run(const std::vector<std::string>& arguments) {
     const std::string name = arguments.empty() ? "" : arguments.front();

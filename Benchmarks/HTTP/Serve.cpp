@@ -2,6 +2,7 @@
 
 #include <fmt/core.h>
 
+#include <API/ApiAnswer.hpp>
 #include <chrono>
 #include <cstdio>
 #include <HTTP/ServerProcess.hpp>
@@ -39,6 +40,11 @@ ScriptedResponse page(const char* cacheControl) {
     return ScriptedResponse::json(std::string(cacheableBodySize, 'x')).withHeader("Cache-Control", cacheControl);
 }
 
+ScriptedResponse enveloped(const ReceivedRequest& /*request*/) {
+    static const std::string body = apiAnswerBody();
+    return ScriptedResponse::json(body).withHeader("Cache-Control", "no-store");
+}
+
 ScriptedResponse large(const ReceivedRequest& /*request*/) {
     return ScriptedResponse::generated(largeBodySize);
 }
@@ -46,12 +52,14 @@ ScriptedResponse large(const ReceivedRequest& /*request*/) {
 std::unique_ptr<LocalBackEnd> startServer(OfferedProtocols protocols) {
     LocalBackEndOptions options;
     options.protocols = protocols;
+    options.hostNames.push_back(apiHost());
     options.recording = RequestRecording::off;
     options.maximumConcurrentStreams = 1000;
     auto server = LocalBackEnd::start(options);
     server->on("GET", smallPath, small);
     server->on("GET", slowPath, slow);
     server->on("GET", largePath, large);
+    server->on("GET", apiPath, enveloped);
     server->on("GET", cacheablePath, [](const ReceivedRequest&) { return page("max-age=86400"); });
     server->on("GET", uncacheablePath, [](const ReceivedRequest&) { return page("no-store"); });
     return server;

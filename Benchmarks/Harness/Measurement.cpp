@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <chrono>
 #include <cstddef>
 #include <ctime>
 #include <Harness/Allocations.hpp>
@@ -53,13 +54,17 @@ std::vector<Measurement> measure(const std::vector<Contender>& contenders, unsig
     }
 
     std::vector<std::vector<double>> samples(contenders.size());
+    std::vector<std::vector<double>> elapsed(contenders.size());
     for (unsigned round = 0; round < rounds; ++round) {
         for (std::size_t turn = 0; turn < contenders.size(); ++turn) {
             const std::size_t index = (turn + round) % contenders.size();
             if (contenders[index].work) {
                 const double start = processCpuSeconds();
+                const auto begin = std::chrono::steady_clock::now();
                 contenders[index].work();
                 samples[index].push_back((processCpuSeconds() - start) / units);
+                const std::chrono::duration<double> passed = std::chrono::steady_clock::now() - begin;
+                elapsed[index].push_back(passed.count() / units);
             }
         }
     }
@@ -67,6 +72,7 @@ std::vector<Measurement> measure(const std::vector<Contender>& contenders, unsig
     for (std::size_t index = 0; index < contenders.size(); ++index) {
         if (!samples[index].empty()) {
             results[index].cpuSeconds = median(samples[index]);
+            results[index].elapsedSeconds = median(elapsed[index]);
             results[index].noise =
                 (quantile(samples[index], 0.75) - quantile(samples[index], 0.25)) / results[index].cpuSeconds;
         }

@@ -23,7 +23,9 @@ struct Measurement {
     std::string absence;
     /// CPU time of the whole process, median of the rounds.
     double cpuSeconds = 0;
-    /// The distance between the quartiles, as a share of the median.
+    /// Time that passed, median of the rounds.
+    double elapsedSeconds = 0;
+    /// The distance between the quartiles of the CPU time, as a share of the median.
     double noise = 0;
     double allocations = 0;
     /// The rise of the resident memory in bytes, where it was measured.
