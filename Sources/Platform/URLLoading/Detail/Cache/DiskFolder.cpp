@@ -9,8 +9,19 @@
 
 namespace tovrel {
 
+namespace {
+
+/// Later changes of the working directory shall not move it.
+std::filesystem::path fixedPath(const std::filesystem::path& folder) {
+    std::error_code error;
+    std::filesystem::path path = std::filesystem::absolute(folder, error);
+    return error ? folder : path;
+}
+
+} // namespace
+
 DiskFolder::DiskFolder(const std::filesystem::path& folder)
-    : folder_(std::filesystem::absolute(folder)), file_(folder_ / "responses.sqlite") {}
+    : folder_(fixedPath(folder)), file_(folder_ / "responses.sqlite") {}
 
 std::unique_ptr<DiskStore> DiskFolder::open() {
     use_.reset();

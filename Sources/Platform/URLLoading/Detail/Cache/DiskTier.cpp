@@ -511,7 +511,11 @@ void DiskTier::fail(const std::exception& failure) {
     if (kind == DiskError::Kind::damaged) {
         folder_.condemn();
         if (mayReplace(now)) {
-            Logger("com.tovrel.platform", "URLCache").log(OSLogType::error, std::string("replaced, ") + failure.what());
+            // A tier that ends may be a host's static, and end later than the log does.
+            if (access_->tier != nullptr) {
+                Logger("com.tovrel.platform", "URLCache")
+                    .log(OSLogType::error, std::string("replaced, ") + failure.what());
+            }
             return;
         }
     }

@@ -58,12 +58,23 @@ int work(const std::string& folder, std::uint32_t seed) {
     return traffic.checkAll() ? 0 : 1;
 }
 
-/// Leaves without letting anything end by itself but the tier.
-int leave(const std::string& folder) {
-    auto tier = makeTier(folder);
-    const auto writer = tier->write(url);
+void storeOne(DiskTier& tier) {
+    const auto writer = tier.write(url);
     writer->append("body");
     writer->commit("", "head");
+}
+
+/// Leaves at once.
+int leave(const std::string& folder) {
+    storeOne(*makeTier(folder));
+    return 0;
+}
+
+/// Leaves while a static still owns the tier, which so outlives the threads of the pool.
+int leaveStatic(const std::string& folder) {
+    static std::shared_ptr<DiskTier> tier;
+    tier = makeTier(folder);
+    storeOne(*tier);
     return 0;
 }
 
@@ -133,6 +144,9 @@ int play(const std::string& role, const std::string& folder, std::uint32_t numbe
     }
     if (role == "leave") {
         return leave(folder);
+    }
+    if (role == "leave-static") {
+        return leaveStatic(folder);
     }
     if (role == "fill") {
         return fill(folder, number);

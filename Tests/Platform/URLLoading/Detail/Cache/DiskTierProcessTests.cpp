@@ -3,6 +3,7 @@
 
 #include <chrono>
 #include <csignal>
+#include <fstream>
 #include <poll.h>
 #include <sqlite3.h>
 #include <sys/mount.h>
@@ -106,6 +107,18 @@ protected:
 
 TEST_F(DiskTierProcess, FindsWhatAnotherHasStored) {
     EXPECT_EQ(Peer("leave", folder()).status(), 0);
+    EXPECT_EQ(loadBody(tier(), url), "body");
+}
+
+TEST_F(DiskTierProcess, FindsWhatAnotherHasStoredWithItsLastBreath) {
+    EXPECT_EQ(Peer("leave-static", folder()).status(), 0);
+    EXPECT_EQ(loadBody(tier(), url), "body");
+}
+
+TEST_F(DiskTierProcess, EndsInPeaceAtADamagedFile) {
+    std::filesystem::create_directories(folder());
+    std::ofstream(file()) << bytesOf(50000);
+    EXPECT_EQ(Peer("leave-static", folder()).status(), 0);
     EXPECT_EQ(loadBody(tier(), url), "body");
 }
 
