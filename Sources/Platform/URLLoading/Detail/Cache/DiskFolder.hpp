@@ -24,6 +24,9 @@ public:
     /// attempt.
     std::unique_ptr<DiskStore> open();
 
+    /// Whether there is a file to be opened.
+    [[nodiscard]] bool hasFile() const { return identity().has_value(); }
+
     /// Whether the opened file is still the one that another process would open.
     [[nodiscard]] bool isCurrent() const;
 

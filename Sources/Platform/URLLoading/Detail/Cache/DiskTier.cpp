@@ -448,6 +448,9 @@ bool DiskTier::open() {
             look(now);
         }
     }
+    if (store_ == nullptr && capacity_ == 0 && !folder_.hasFile()) {
+        return false;
+    }
     for (int attempt = 0; attempt < 2 && store_ == nullptr; ++attempt) {
         {
             const std::scoped_lock lock(mutex_);

@@ -155,6 +155,19 @@ TEST_F(DiskTierStorage, StoresNothingWithoutCapacity) {
     EXPECT_EQ(cache->write(url), nullptr);
     EXPECT_FALSE(cache->mayContain(url));
     EXPECT_EQ(cache->largestEntry(), 0U);
+    cache->remove(url);
+    cache->removeAll();
+    EXPECT_EQ(cache->usage(), 0U);
+    EXPECT_FALSE(std::filesystem::exists(folder()));
+    cache->setCapacity(capacity);
+    store(cache, url, "", "head", "body");
+    EXPECT_EQ(loadBody(cache, url), "body");
+}
+
+TEST_F(DiskTierRemoval, ReachesWhatIsOnDiskWithoutCapacityToo) {
+    store(tier(), url, "", "head", "body");
+    tier(0)->remove(url);
+    EXPECT_TRUE(tier()->find(url).empty());
 }
 
 TEST_F(DiskTierRemoval, RemovesEveryVariantOfAUrl) {
