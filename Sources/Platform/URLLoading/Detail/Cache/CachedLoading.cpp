@@ -132,7 +132,7 @@ URLSessionResult answerConfirmed(const Exchange& exchange, const CacheVisit& vis
                                  const StoredResponse& confirmation) {
     const auto fresh =
         std::make_shared<const CachedResponse>(stored.variant, freshened(stored.head, confirmation), stored.body);
-    if (CacheControl(fresh->head.headers).noStore) {
+    if (CacheControl(fresh->head.headers).noStore || variesAlways(fresh->head.headers)) {
         exchange.store->remove(exchange.key, stored.variant);
     } else if (mayStoreAnswers(exchange.request)) {
         exchange.store->replaceHead(visit, fresh);

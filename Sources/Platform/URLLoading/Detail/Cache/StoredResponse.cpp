@@ -63,6 +63,14 @@ HTTPHeaders endToEnd(HTTPHeaders headers) {
     return HTTPHeaders(std::move(kept));
 }
 
+/// RFC 9110, section 5.1.
+bool isFieldName(std::string_view text) {
+    constexpr std::string_view others = "!#$%&'*+-.^_`|~";
+    return std::all_of(text.begin(), text.end(), [others](char c) {
+        return ascii::isAlpha(c) || ascii::isDigit(c) || others.find(c) != std::string_view::npos;
+    });
+}
+
 /// White space around the commas of a list makes no difference (RFC 9111, section 4.1).
 std::string normalised(std::string_view value) {
     const FieldList list(value);
@@ -178,7 +186,9 @@ std::optional<StoredResponse> StoredResponse::decoded(std::string_view text) {
 bool variesAlways(const HTTPHeaders& headers) {
     const std::string vary = combinedValue(headers, "vary").value_or("");
     const FieldList list(vary);
-    return list.isMalformed || std::find(list.members.begin(), list.members.end(), "*") != list.members.end();
+    return list.isMalformed || std::any_of(list.members.begin(), list.members.end(), [](std::string_view member) {
+               return member == "*" || !isFieldName(member);
+           });
 }
 
 } // namespace tovrel

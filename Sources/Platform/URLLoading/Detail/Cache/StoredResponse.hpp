@@ -49,7 +49,7 @@ struct StoredResponse {
     static std::optional<StoredResponse> decoded(std::string_view text);
 };
 
-/// Whether a response that has this Vary can answer any later request at all.
+/// Whether a response that has this Vary can answer no later request: by "*", or by what is no field name.
 bool variesAlways(const HTTPHeaders& headers);
 
 } // namespace tovrel

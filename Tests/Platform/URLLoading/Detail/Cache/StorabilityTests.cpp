@@ -68,6 +68,8 @@ TEST(Storability, UnderstandsWhatMustBeUnderstood) {
 TEST(Storability, DoesNotStoreWhatCanAnswerNothing) {
     EXPECT_FALSE(storable(200, {{"Vary", "*"}}));
     EXPECT_FALSE(storable(200, {{"Vary", "Accept"}, {"Vary", "Accept-Language, *"}}));
+    EXPECT_FALSE(storable(200, {{"Vary", "Accept: x"}}));
+    EXPECT_FALSE(storable(200, {{"Vary", "\"Accept"}}));
     EXPECT_TRUE(storable(200, {{"Vary", "Accept"}}));
 }
 
