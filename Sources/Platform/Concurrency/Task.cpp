@@ -5,6 +5,7 @@
 #include <boost/asio/bind_cancellation_slot.hpp>
 #include <boost/asio/cancellation_signal.hpp>
 #include <boost/asio/co_spawn.hpp>
+#include <boost/asio/dispatch.hpp>
 #include <boost/asio/error.hpp>
 #include <boost/asio/post.hpp>
 #include <boost/asio/this_coro.hpp>
@@ -112,7 +113,11 @@ Async<void> Task::joinDetached(std::shared_ptr<Task> task) {
 }
 
 void Task::notify(std::function<void()> observer) {
-    ended_->notify(std::move(observer));
+    ended_->notify([weak = weak_from_this(), observer = std::move(observer)] {
+        // Whoever ends the task or asks after its end holds it.
+        const auto self = weak.lock();
+        asio::dispatch(self->executor_, [self, observer] { observer(); });
+    });
 }
 
 std::exception_ptr Task::error() const {

@@ -38,7 +38,7 @@ public:
     /// @throws CancellationError when the waiting task is cancelled first.
     static Async<void> joinDetached(std::shared_ptr<Task> task);
 
-    /// Calls `observer` once, when the operation has ended, on the operation's executor (or at once if it has).
+    /// Calls `observer` once, when the operation has ended or if it has already, on the operation's executor.
     void notify(std::function<void()> observer);
 
     /// What the ended operation threw, or null.

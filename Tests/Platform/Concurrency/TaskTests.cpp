@@ -6,7 +6,10 @@
 #include <Platform/Concurrency/Start.hpp>
 #include <Platform/Concurrency/TaskGroup.hpp>
 
+#include <boost/asio/thread_pool.hpp>
+
 #include <atomic>
+#include <future>
 #include <stdexcept>
 #include <string>
 #include <Support/Await.hpp>
@@ -100,6 +103,18 @@ TEST_F(Tasks, StartReturnsBeforeTheBodyRuns) {
     start<int>(waitThenReturn(event, 5), [&](Outcome<int> outcome) { result.set_value(outcome.value()); });
     event->set();
     EXPECT_EQ(result.get_future().get(), 5);
+}
+
+TEST_F(Tasks, StartCompletesOnItsExecutorAlsoAnOperationThatEndsAtOnce) {
+    boost::asio::thread_pool place(1);
+    for (int i = 0; i < 1000; ++i) {
+        std::promise<bool> isInPlace;
+        start<std::string>(place.get_executor(), text("x"), [&](Outcome<std::string>) {
+            isInPlace.set_value(place.get_executor().running_in_this_thread());
+        });
+        ASSERT_TRUE(isInPlace.get_future().get());
+    }
+    place.join();
 }
 
 TEST_F(Tasks, ACancelledOperationCompletesOnceWithACancellationError) {
