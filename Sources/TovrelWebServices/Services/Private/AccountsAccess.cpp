@@ -88,13 +88,13 @@ template <class Kind>
 Async<AccountsAccess::AnyResponse>
 AccountsAccess::executeEnveloped(Accounts accounts, std::shared_ptr<WebRequest<Kind>> request, ApiPayloadType payload) {
     WebResponse response = co_await send(std::move(accounts), request, Body::required);
-    const bool isSmall = response.data->size() <= smallBody;
     JSONDecoder decoder = request->decodingStrategy().jsonDecoder();
-    Async<AnyResponse> validation = validated(std::move(response), std::move(decoder), payload);
-    if (!isSmall) {
-        validation = hop(TaskPool::compute(), std::move(validation));
+    if (response.data->size() <= smallBody) {
+        const Data body = *response.data;
+        co_return TovrelDomainWebService::validatedTovrelResponse(std::move(response), body, decoder, payload);
     }
-    co_return co_await std::move(validation);
+    Async<AnyResponse> validation = validated(std::move(response), std::move(decoder), payload);
+    co_return co_await hop(TaskPool::compute(), std::move(validation));
 }
 
 template Async<AccountsAccess::AnyResponse>
