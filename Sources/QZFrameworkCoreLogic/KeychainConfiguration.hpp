@@ -12,8 +12,11 @@ namespace tovrel {
 /// Which store a keychain stands for.
 struct TOVREL_EXPORT KeychainConfiguration {
     enum class Backend {
-        /// The best that the system offers.
+        /// The Secret Service where one answers, else the sealed store. Entries of the sealed store move as soon as a
+        /// service appears.
         automatic,
+        /// The desktop's keyring, over the session bus.
+        secretService,
         /// Encrypted files in `directory`.
         sealedStore,
         /// Nothing outlives the last keychain of this service name.

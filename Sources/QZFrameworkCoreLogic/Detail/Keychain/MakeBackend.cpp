@@ -1,6 +1,8 @@
+#include <QZFrameworkCoreLogic/Detail/Keychain/AutomaticBackend.hpp>
 #include <QZFrameworkCoreLogic/Detail/Keychain/MakeBackend.hpp>
 #include <QZFrameworkCoreLogic/Detail/Keychain/MemoryBackend.hpp>
 #include <QZFrameworkCoreLogic/Detail/Keychain/SealedBackend.hpp>
+#include <QZFrameworkCoreLogic/Detail/Keychain/SecretServiceBackend.hpp>
 
 namespace tovrel::detail {
 
@@ -9,11 +11,14 @@ std::unique_ptr<KeychainBackend> makeBackend(const KeychainConfiguration& config
     switch (configuration.backend) {
     case Backend::memory:
         return std::make_unique<MemoryBackend>();
-    case Backend::automatic:
     case Backend::sealedStore:
+        return std::make_unique<SealedBackend>(configuration.directory);
+    case Backend::secretService:
+        return std::make_unique<SecretServiceBackend>(configuration.serviceName);
+    case Backend::automatic:
         break;
     }
-    return std::make_unique<SealedBackend>(configuration.directory);
+    return std::make_unique<AutomaticBackend>(configuration.serviceName, configuration.directory);
 }
 
 } // namespace tovrel::detail

@@ -111,6 +111,30 @@ bool SealedBackend::remove(const std::string& key, Clock::Instant deadline) {
     return directory_.remove(name);
 }
 
+std::vector<SealedEntry> SealedBackend::entries() const {
+    std::vector<SealedEntry> entries;
+    for (const std::string& name : directory_.names()) {
+        if (std::optional<SealedEntry> entry = isSealedFileName(name) ? entryOf(name) : std::nullopt) {
+            entries.push_back(*std::move(entry));
+        }
+    }
+    return entries;
+}
+
+std::optional<SealedEntry> SealedBackend::entryOf(const std::string& fileName) const {
+    try {
+        const std::optional<FileDescriptor> file = directory_.open(fileName);
+        std::optional<std::string> key = file ? sealedName(readAll(*file, largestFile).view()) : std::nullopt;
+        // A file under the name of another entry is nobody's.
+        if (key && sealedFileName(*key) == fileName) {
+            return SealedEntry(*std::move(key), static_cast<std::uint64_t>(statusOf(*file).st_mtim.tv_sec));
+        }
+    } catch (const KeychainError&) {
+        // Listed is what can be read.
+    }
+    return std::nullopt;
+}
+
 std::unique_ptr<SealingKey> SealedBackend::readKey() const {
     const std::optional<FileDescriptor> file = directory_.open(keyName);
     if (!file) {

@@ -4,11 +4,25 @@
 #include <QZFrameworkCoreLogic/Detail/Keychain/KeychainBackend.hpp>
 #include <QZFrameworkCoreLogic/Detail/Keychain/Sealing.hpp>
 
+#include <cstdint>
 #include <filesystem>
 #include <memory>
+#include <optional>
+#include <string>
+#include <utility>
 #include <vector>
 
 namespace tovrel::detail {
+
+/// An entry by its name alone.
+struct SealedEntry {
+    std::string key;
+    /// In seconds since 1970.
+    std::uint64_t modificationTime;
+
+    SealedEntry(std::string entryKey, std::uint64_t entryModificationTime)
+        : key(std::move(entryKey)), modificationTime(entryModificationTime) {}
+};
 
 /// One sealed file per entry in a private directory, beside the key that seals them.
 ///
@@ -23,7 +37,11 @@ public:
                                                  Clock::Instant deadline) override;
     bool remove(const std::string& key, Clock::Instant deadline) override;
 
+    /// All entries, damaged ones included as long as their names can be read.
+    [[nodiscard]] std::vector<SealedEntry> entries() const;
+
 private:
+    [[nodiscard]] std::optional<SealedEntry> entryOf(const std::string& fileName) const;
     [[nodiscard]] std::unique_ptr<SealingKey> readKey() const;
     [[nodiscard]] std::unique_ptr<SealingKey> readOrMakeKey() const;
 

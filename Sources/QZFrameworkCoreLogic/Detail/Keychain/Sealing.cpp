@@ -16,6 +16,7 @@ constexpr std::size_t lengthSize = 4;
 constexpr std::size_t nonceSize = crypto_aead_xchacha20poly1305_ietf_NPUBBYTES;
 constexpr std::size_t tagSize = crypto_aead_xchacha20poly1305_ietf_ABYTES;
 constexpr std::size_t fileNameSize = 20;
+constexpr std::string_view fileNameEnd = ".sealed";
 
 const unsigned char* octets(std::string_view text) {
     return reinterpret_cast<const unsigned char*>(text.data());
@@ -108,7 +109,11 @@ std::string sealedFileName(std::string_view name) {
     crypto_generichash(digest.data(), digest.size(), octets(name), name.size(), nullptr, 0);
     std::array<char, fileNameSize * 2 + 1> text{};
     sodium_bin2hex(text.data(), text.size(), digest.data(), digest.size());
-    return std::string(text.data()) + ".sealed";
+    return std::string(text.data()).append(fileNameEnd);
+}
+
+bool isSealedFileName(std::string_view fileName) {
+    return fileName.ends_with(fileNameEnd);
 }
 
 } // namespace tovrel::detail

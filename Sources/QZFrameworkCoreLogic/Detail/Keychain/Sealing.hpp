@@ -44,4 +44,7 @@ std::optional<std::string> sealedName(std::string_view file);
 /// The name of the file of an entry.
 std::string sealedFileName(std::string_view name);
 
+/// Whether a file may hold an entry, by its name.
+bool isSealedFileName(std::string_view fileName);
+
 } // namespace tovrel::detail
