@@ -9,7 +9,7 @@ namespace tovrel {
 
 /// Why a keychain could not do what it was asked to. That there is no entry is no error.
 ///
-/// Two errors are equal if their kinds are; the context, "reading a keyring" for example, is for developers and part of
+/// Two errors are equal if their kinds are; the context, "reading" for example, is for developers and part of
 /// `what()` alone.
 class TOVREL_EXPORT KeychainError final : public Error {
 public:

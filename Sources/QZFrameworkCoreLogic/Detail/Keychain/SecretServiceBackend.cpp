@@ -2,6 +2,8 @@
 #include <QZFrameworkCoreLogic/Detail/Keychain/RecordCoding.hpp>
 #include <QZFrameworkCoreLogic/Detail/Keychain/SecretServiceBackend.hpp>
 
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <chrono>
 #include <utility>
@@ -32,6 +34,13 @@ BusMethod ofObject(const char* path, const char* interface, const char* name) {
     return BusMethod{SessionBus::serviceName, path, interface, name};
 }
 
+/// Whether the bus itself answered, that it has no such service and cannot start one.
+bool isOfMissingService(const GError& error) {
+    const std::string name = busErrorName(error);
+    return name == "org.freedesktop.DBus.Error.ServiceUnknown" || name == "org.freedesktop.DBus.Error.NameHasNoOwner" ||
+           name.starts_with("org.freedesktop.DBus.Error.Spawn.");
+}
+
 std::vector<std::string> paths(GVariant* list) {
     std::vector<std::string> paths;
     for (gsize index = 0; index < g_variant_n_children(list); ++index) {
@@ -41,32 +50,34 @@ std::vector<std::string> paths(GVariant* list) {
     return paths;
 }
 
-/// Holds until something is heard of the keyring.
+/// A text in the form in which it is an attribute: the bus carries UTF-8 only, and no NUL.
+std::string attributeText(const std::string& text) {
+    std::string attribute;
+    for (const char character : text) {
+        if (character >= ' ' && character <= '~' && character != '%') {
+            attribute.push_back(character);
+        } else {
+            attribute += fmt::format("%{:02X}", static_cast<unsigned char>(character));
+        }
+    }
+    return attribute;
+}
+
+/// Holds until something is heard of the keyring, or the given time has come.
 class BusWitness final : public KeychainWitness {
 public:
-    explicit BusWitness(std::shared_ptr<SessionBus> bus)
-        : bus_(std::move(bus)), changes_(bus_->changes()), end_(Clock::system()->now() + longestTrust) {}
+    BusWitness(const std::shared_ptr<SessionBus>& bus, Clock::Instant end)
+        : bus_(bus), changes_(bus->changes()), end_(end) {}
 
     [[nodiscard]] bool holds() const override {
-        return bus_->changes() == changes_ && !bus_->isClosed() && Clock::system()->now() < end_;
+        const std::shared_ptr<SessionBus> bus = bus_.lock();
+        return bus && !bus->isClosed() && bus->changes() == changes_ && Clock::system()->now() < end_;
     }
 
 private:
-    std::shared_ptr<SessionBus> bus_;
+    std::weak_ptr<SessionBus> bus_;
     std::uint64_t changes_;
     Clock::Instant end_;
-};
-
-/// Holds until a service comes or one's collections change.
-class UsabilityWitness final : public KeychainWitness {
-public:
-    explicit UsabilityWitness(std::shared_ptr<SessionBus> bus) : bus_(std::move(bus)), changes_(bus_->changes()) {}
-
-    [[nodiscard]] bool holds() const override { return bus_->changes() == changes_; }
-
-private:
-    std::shared_ptr<SessionBus> bus_;
-    std::uint64_t changes_;
 };
 
 } // namespace
@@ -86,21 +97,16 @@ const SecretSession& SecretServiceBackend::session(Clock::Instant deadline) {
     if (!session_ || !session_->isCurrent()) {
         session_ = std::make_unique<SecretSession>(bus_, deadline);
     }
+    session_->drain();
     return *session_;
 }
 
 GVariant* SecretServiceBackend::attributes(const std::string& key) const {
     GVariantBuilder builder;
     g_variant_builder_init(&builder, G_VARIANT_TYPE("a{ss}"));
-    const auto add = [&builder](const char* name, const std::string& text) {
-        // The bus carries UTF-8 only, and no NUL.
-        const GLibPointer<gchar> escaped(g_uri_escape_bytes(reinterpret_cast<const guint8*>(text.data()), text.size(),
-                                                            " !\"#$&'()*+,/:;<=>?@[\\]^`{|}"));
-        g_variant_builder_add(&builder, "{ss}", name, escaped.get());
-    };
     g_variant_builder_add(&builder, "{ss}", "xdg:schema", schemaName);
-    add("service", applicationName_);
-    add("key", key);
+    g_variant_builder_add(&builder, "{ss}", "service", attributeText(applicationName_).c_str());
+    g_variant_builder_add(&builder, "{ss}", "key", attributeText(key).c_str());
     return g_variant_builder_end(&builder);
 }
 
@@ -135,7 +141,7 @@ auto SecretServiceBackend::retried(Clock::Instant deadline, Operation operation)
 KeychainReading SecretServiceBackend::read(const std::string& key, Clock::Instant deadline) {
     return retried(deadline, [&] {
         // Made before the question: whatever happens from here on makes the answer doubtful.
-        auto witness = std::make_shared<BusWitness>(bus_);
+        auto witness = std::make_shared<BusWitness>(bus_, Clock::system()->now() + longestTrust);
         return KeychainReading(readOnce(key, deadline), std::move(witness));
     });
 }
@@ -143,7 +149,7 @@ KeychainReading SecretServiceBackend::read(const std::string& key, Clock::Instan
 std::shared_ptr<const KeychainWitness> SecretServiceBackend::write(const std::string& key, const KeychainRecord& record,
                                                                    Clock::Instant deadline) {
     return retried(deadline, [&]() -> std::shared_ptr<const KeychainWitness> {
-        auto witness = std::make_shared<BusWitness>(bus_);
+        auto witness = std::make_shared<BusWitness>(bus_, Clock::system()->now() + longestTrust);
         writeOnce(key, record, deadline);
         return witness;
     });
@@ -158,22 +164,15 @@ bool SecretServiceBackend::isUsable(Clock::Instant deadline) {
         return false;
     }
     GLibPointer<GError> error;
-    const BusMethod start{"org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus",
-                          "StartServiceByName"};
-    if (!bus_->call(start, g_variant_new("(su)", SessionBus::serviceName, 0U), "(u)", deadline, error)) {
-        // The bus itself answers that it knows no such service, or that it cannot start it.
-        if (g_dbus_error_is_remote_error(error.get()) &&
-            !g_error_matches(error.get(), G_DBUS_ERROR, G_DBUS_ERROR_NO_REPLY) &&
-            !g_error_matches(error.get(), G_DBUS_ERROR, G_DBUS_ERROR_TIMED_OUT)) {
-            return false;
-        }
-        throw busError(*error, start.name);
+    const std::optional<std::string> collection = defaultCollection(deadline, error);
+    if (error && !isOfMissingService(*error)) {
+        throw busError(*error, "looking for a keyring");
     }
-    return defaultCollection(deadline).has_value();
+    return collection.has_value();
 }
 
 std::shared_ptr<const KeychainWitness> SecretServiceBackend::usabilityWitness() const {
-    return bus_ ? std::make_shared<UsabilityWitness>(bus_) : nullptr;
+    return bus_ ? std::make_shared<BusWitness>(bus_, Clock::Instant::max()) : nullptr;
 }
 
 std::optional<std::uint64_t> SecretServiceBackend::modificationTime(const std::string& key, Clock::Instant deadline) {
@@ -201,11 +200,24 @@ SecretServiceBackend::Items SecretServiceBackend::search(const std::string& key,
     return items;
 }
 
-std::optional<std::string> SecretServiceBackend::defaultCollection(Clock::Instant deadline) const {
-    const GLibPointer<GVariant> reply = call(ofService("ReadAlias"), g_variant_new("(s)", "default"), "(o)", deadline);
-    const char* path = nullptr;
-    g_variant_get(reply.get(), "(&o)", &path);
+std::optional<std::string> SecretServiceBackend::defaultCollection(Clock::Instant deadline,
+                                                                   GLibPointer<GError>& error) const {
+    const GLibPointer<GVariant> reply =
+        bus_->call(ofService("ReadAlias"), g_variant_new("(s)", "default"), "(o)", deadline, error);
+    const char* path = noPath;
+    if (reply) {
+        g_variant_get(reply.get(), "(&o)", &path);
+    }
     return std::string_view(path) == noPath ? std::nullopt : std::optional<std::string>(path);
+}
+
+std::optional<std::string> SecretServiceBackend::defaultCollection(Clock::Instant deadline) const {
+    GLibPointer<GError> error;
+    std::optional<std::string> collection = defaultCollection(deadline, error);
+    if (error) {
+        throw busError(*error, "looking for the default keyring");
+    }
+    return collection;
 }
 
 std::uint64_t SecretServiceBackend::modified(const std::string& item, Clock::Instant deadline) const {
@@ -265,7 +277,7 @@ std::optional<KeychainRecord> SecretServiceBackend::readOnce(const std::string& 
             }
             return record;
         }
-        if (!isBusError(*error, noSuchObject)) {
+        if (busErrorName(*error) != noSuchObject) {
             throw busError(*error, getSecret.name);
         }
     }
@@ -281,7 +293,7 @@ void SecretServiceBackend::writeOnce(const std::string& key, const KeychainRecor
     GVariantBuilder properties;
     g_variant_builder_init(&properties, G_VARIANT_TYPE("a{sv}"));
     g_variant_builder_add(&properties, "{sv}", "org.freedesktop.Secret.Item.Label",
-                          g_variant_new_take_string(g_utf8_make_valid(applicationName_.c_str(), -1)));
+                          g_variant_new_string(attributeText(applicationName_).c_str()));
     g_variant_builder_add(&properties, "{sv}", "org.freedesktop.Secret.Item.Attributes", attributes(key));
     GVariant* parameters = g_variant_new("(@a{sv}@(oayays)b)", g_variant_builder_end(&properties),
                                          travel.encode(encodeRecord(record)), TRUE);
@@ -304,7 +316,7 @@ bool SecretServiceBackend::removeOnce(const std::string& key, Clock::Instant dea
                 const char* prompt = nullptr;
                 g_variant_get(reply.get(), "(&o)", &prompt);
                 refusePrompt(prompt, deadline);
-            } else if (!isBusError(*error, noSuchObject)) {
+            } else if (busErrorName(*error) != noSuchObject) {
                 throw busError(*error, deleteItem.name);
             }
         }

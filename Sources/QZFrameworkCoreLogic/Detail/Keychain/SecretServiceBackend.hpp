@@ -57,6 +57,8 @@ private:
     auto retried(Clock::Instant deadline, Operation operation);
 
     [[nodiscard]] Items search(const std::string& key, Clock::Instant deadline) const;
+    [[nodiscard]] std::optional<std::string> defaultCollection(Clock::Instant deadline,
+                                                               GLibPointer<GError>& error) const;
     [[nodiscard]] std::optional<std::string> defaultCollection(Clock::Instant deadline) const;
     [[nodiscard]] std::uint64_t modified(const std::string& item, Clock::Instant deadline) const;
     [[nodiscard]] std::string newest(const std::vector<std::string>& items, Clock::Instant deadline) const;

@@ -1,5 +1,5 @@
 #include <QZFrameworkCoreLogic/Detail/Keychain/BusError.hpp>
-#include <QZFrameworkCoreLogic/Detail/Keychain/GLibCall.hpp>
+#include <QZFrameworkCoreLogic/Detail/Keychain/GLibContext.hpp>
 #include <QZFrameworkCoreLogic/Detail/Keychain/SecretSession.hpp>
 
 // The calls by path are the ones that tell locked from absent.
@@ -19,21 +19,15 @@ using SecretValuePointer = std::unique_ptr<SecretValue, SecretValueDelete>;
 
 constexpr const char* contentType = "application/octet-stream";
 
-/// Signals reach us through the bus; a second subscription would pile up in a context that nobody runs.
-constexpr auto proxyFlags =
-    static_cast<GDBusProxyFlags>(G_DBUS_PROXY_FLAGS_DO_NOT_LOAD_PROPERTIES | G_DBUS_PROXY_FLAGS_DO_NOT_CONNECT_SIGNALS);
-
 } // namespace
 
 SecretSession::SecretSession(std::shared_ptr<SessionBus> bus, Clock::Instant deadline)
     : bus_(std::move(bus)), ownerChanges_(bus_->ownerChanges()) {
-    const auto result = waitForCall(
-        [this](GCancellable* cancellable, GAsyncReadyCallback callback, gpointer argument) {
+    // Everything else the service object knows itself: our bus is the one that it takes.
+    const auto result = context_.wait(
+        [](GCancellable* cancellable, GAsyncReadyCallback callback, gpointer argument) {
             g_async_initable_new_async(SECRET_TYPE_SERVICE, G_PRIORITY_DEFAULT, cancellable, callback, argument,
-                                       "g-connection", bus_->connection(), "g-flags", proxyFlags, "g-name",
-                                       SessionBus::serviceName, "g-object-path", SessionBus::servicePath,
-                                       "g-interface-name", "org.freedesktop.Secret.Service", "flags",
-                                       SECRET_SERVICE_OPEN_SESSION, nullptr);
+                                       "flags", SECRET_SERVICE_OPEN_SESSION, nullptr);
         },
         deadline);
     GError* failure = nullptr;

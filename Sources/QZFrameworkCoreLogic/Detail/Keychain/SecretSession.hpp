@@ -1,6 +1,7 @@
 #pragma once
 
 #include <Platform/Coding/Data.hpp>
+#include <QZFrameworkCoreLogic/Detail/Keychain/GLibContext.hpp>
 #include <QZFrameworkCoreLogic/Detail/Keychain/SessionBus.hpp>
 
 #include <memory>
@@ -21,6 +22,9 @@ public:
     /// Whether the service is still the one that the session is with.
     [[nodiscard]] bool isCurrent() const;
 
+    /// Lets go of the signals that came in; to be called with each use.
+    void drain() const { context_.drain(); }
+
     [[nodiscard]] const char* path() const;
 
     /// A secret in the form in which it travels; floating.
@@ -32,6 +36,7 @@ public:
 private:
     std::shared_ptr<SessionBus> bus_;
     std::uint64_t ownerChanges_;
+    GLibContext context_;
     GObjectPointer<SecretService> service_;
 };
 

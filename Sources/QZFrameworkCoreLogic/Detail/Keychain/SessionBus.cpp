@@ -1,5 +1,4 @@
 #include <QZFrameworkCoreLogic/Detail/Keychain/BusError.hpp>
-#include <QZFrameworkCoreLogic/Detail/Keychain/GLibCall.hpp>
 #include <QZFrameworkCoreLogic/Detail/Keychain/SessionBus.hpp>
 
 #include <algorithm>
@@ -13,6 +12,7 @@ namespace tovrel::detail {
 namespace {
 
 constexpr const char* busName = "org.freedesktop.DBus";
+constexpr const char* busPath = "/org/freedesktop/DBus";
 
 /// The rules of what the bus sends here unasked.
 constexpr const char* keyringRule = "type='signal',path_namespace='/org/freedesktop/secrets'";
@@ -43,19 +43,13 @@ int millisecondsUntil(Clock::Instant deadline) {
 } // namespace
 
 std::shared_ptr<SessionBus> SessionBus::connect(Clock::Instant deadline) {
-    const GLibPointer<gchar> address(g_dbus_address_get_for_bus_sync(G_BUS_TYPE_SESSION, nullptr, nullptr));
-    if (!address) {
-        return nullptr;
-    }
-    const auto result = waitForCall(
-        [&](GCancellable* cancellable, GAsyncReadyCallback callback, gpointer argument) {
-            constexpr auto flags = static_cast<GDBusConnectionFlags>(G_DBUS_CONNECTION_FLAGS_AUTHENTICATION_CLIENT |
-                                                                     G_DBUS_CONNECTION_FLAGS_MESSAGE_BUS_CONNECTION);
-            g_dbus_connection_new_for_address(address.get(), flags, nullptr, cancellable, callback, argument);
-        },
-        deadline);
+    auto context = std::make_unique<GLibContext>();
+    const auto result =
+        context->wait([](GCancellable* cancellable, GAsyncReadyCallback callback,
+                         gpointer argument) { g_bus_get(G_BUS_TYPE_SESSION, cancellable, callback, argument); },
+                      deadline);
     GError* failure = nullptr;
-    GObjectPointer<GDBusConnection> connection(g_dbus_connection_new_for_address_finish(result.get(), &failure));
+    GObjectPointer<GDBusConnection> connection(g_bus_get_finish(result.get(), &failure));
     const GLibPointer<GError> error(failure);
     if (error) {
         if (g_error_matches(error.get(), G_IO_ERROR, G_IO_ERROR_CANCELLED)) {
@@ -63,30 +57,42 @@ std::shared_ptr<SessionBus> SessionBus::connect(Clock::Instant deadline) {
         }
         return nullptr;
     }
+    if (g_dbus_connection_is_closed(connection.get())) {
+        return nullptr;
+    }
     // Losing the bus is no reason to end the process.
     g_dbus_connection_set_exit_on_close(connection.get(), FALSE);
-    std::shared_ptr<SessionBus> bus(new SessionBus(std::move(connection)));
+    std::shared_ptr<SessionBus> bus(new SessionBus(std::move(context), std::move(connection)));
     bus->subscribe(deadline);
     return bus;
 }
 
-SessionBus::SessionBus(GObjectPointer<GDBusConnection> connection)
-    : connection_(std::move(connection)),
+SessionBus::SessionBus(std::unique_ptr<GLibContext> context, GObjectPointer<GDBusConnection> connection)
+    : context_(std::move(context)),
+      connection_(std::move(connection)),
       counts_(std::make_shared<Counts>()),
       filter_(g_dbus_connection_add_filter(connection_.get(), hear, new std::shared_ptr<Counts>(counts_), release)) {}
 
 SessionBus::~SessionBus() {
     g_dbus_connection_remove_filter(connection_.get(), filter_);
-    g_dbus_connection_close(connection_.get(), nullptr, nullptr, nullptr);
+    unsubscribe();
 }
 
 void SessionBus::subscribe(Clock::Instant deadline) {
     for (const char* rule : {keyringRule, ownerRule}) {
         GLibPointer<GError> error;
-        const BusMethod addMatch{busName, "/org/freedesktop/DBus", busName, "AddMatch"};
+        const BusMethod addMatch{busName, busPath, busName, "AddMatch"};
         if (!call(addMatch, g_variant_new("(s)", rule), "()", deadline, error)) {
             throw busError(*error, "listening to the bus");
         }
+    }
+}
+
+void SessionBus::unsubscribe() const {
+    for (const char* rule : {keyringRule, ownerRule}) {
+        // Nobody waits for the answer.
+        g_dbus_connection_call(connection_.get(), busName, busPath, busName, "RemoveMatch", g_variant_new("(s)", rule),
+                               nullptr, G_DBUS_CALL_FLAGS_NONE, -1, nullptr, nullptr, nullptr);
     }
 }
 

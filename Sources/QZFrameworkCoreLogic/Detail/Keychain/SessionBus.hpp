@@ -2,6 +2,7 @@
 
 #include <Platform/Concurrency/Clock.hpp>
 #include <QZFrameworkCoreLogic/Detail/Keychain/GLib.hpp>
+#include <QZFrameworkCoreLogic/Detail/Keychain/GLibContext.hpp>
 
 #include <atomic>
 #include <cstdint>
@@ -17,9 +18,10 @@ struct BusMethod {
     const char* name;
 };
 
-/// A connection of our own to the user's session bus, which counts what it hears of the keyring service.
+/// The process's connection to the user's session bus, which counts what it hears of the keyring service.
 ///
-/// Counts are kept on GLib's own thread, so they need no main loop. `call` blocks; the rest is for any thread.
+/// A closed connection stays the process's as long as somebody holds it, so nothing but a backend holds this. Counts
+/// are kept on GLib's own thread, so they need no main loop. `call` blocks; the rest is for any thread.
 class SessionBus {
 public:
     static constexpr const char* serviceName = "org.freedesktop.secrets";
@@ -32,7 +34,6 @@ public:
     SessionBus& operator=(const SessionBus&) = delete;
     ~SessionBus();
 
-    [[nodiscard]] GDBusConnection* connection() const { return connection_.get(); }
     [[nodiscard]] bool isClosed() const { return g_dbus_connection_is_closed(connection_.get()); }
 
     /// Grows with every change in a keyring, of its locks, and of the service.
@@ -50,11 +51,14 @@ private:
         std::atomic<std::uint64_t> ownerChanges{0};
     };
 
-    explicit SessionBus(GObjectPointer<GDBusConnection> connection);
+    SessionBus(std::unique_ptr<GLibContext> context, GObjectPointer<GDBusConnection> connection);
     void subscribe(Clock::Instant deadline);
+    void unsubscribe() const;
     static GDBusMessage* hear(GDBusConnection* connection, GDBusMessage* message, gboolean isIncoming, gpointer counts);
     static void release(gpointer counts);
 
+    /// A connection that closes leaves a reference to itself here, so this goes after it.
+    std::unique_ptr<GLibContext> context_;
     GObjectPointer<GDBusConnection> connection_;
     std::shared_ptr<Counts> counts_;
     guint filter_;

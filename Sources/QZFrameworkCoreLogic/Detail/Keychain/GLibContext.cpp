@@ -1,4 +1,4 @@
-#include <QZFrameworkCoreLogic/Detail/Keychain/GLibCall.hpp>
+#include <QZFrameworkCoreLogic/Detail/Keychain/GLibContext.hpp>
 
 #include <algorithm>
 #include <chrono>
@@ -23,38 +23,41 @@ struct SourceDelete {
     }
 };
 
-/// The context of the calls that this thread makes while this object lives.
+/// Makes a context the one of the calls that this thread makes while this object lives.
 class ThreadContext {
 public:
-    ThreadContext() : context_(g_main_context_new()) { g_main_context_push_thread_default(context_.get()); }
+    explicit ThreadContext(GMainContext* context) : context_(context) { g_main_context_push_thread_default(context_); }
     ThreadContext(const ThreadContext&) = delete;
     ThreadContext& operator=(const ThreadContext&) = delete;
-    ~ThreadContext() { g_main_context_pop_thread_default(context_.get()); }
-
-    [[nodiscard]] GMainContext* get() const { return context_.get(); }
+    ~ThreadContext() { g_main_context_pop_thread_default(context_); }
 
 private:
-    GLibPointer<GMainContext> context_;
+    GMainContext* context_;
 };
 
 } // namespace
 
-GObjectPointer<GAsyncResult> waitForCall(const GLibStart& start, Clock::Instant deadline) {
+GObjectPointer<GAsyncResult> GLibContext::wait(const GLibStart& start, Clock::Instant deadline) const {
     using std::chrono::milliseconds;
-    const ThreadContext context;
+    const ThreadContext current(context_.get());
     const GObjectPointer<GCancellable> cancellable(g_cancellable_new());
     const auto left = std::chrono::ceil<milliseconds>(deadline - Clock::system()->now());
     const std::unique_ptr<GSource, SourceDelete> timeout(
         g_timeout_source_new(static_cast<guint>(std::max(left, milliseconds::zero()).count())));
     g_source_set_callback(timeout.get(), cancel, cancellable.get(), nullptr);
-    g_source_attach(timeout.get(), context.get());
+    g_source_attach(timeout.get(), context_.get());
 
     GObjectPointer<GAsyncResult> result;
     start(cancellable.get(), keepResult, &result);
     while (!result) {
-        g_main_context_iteration(context.get(), TRUE);
+        g_main_context_iteration(context_.get(), TRUE);
     }
     return result;
+}
+
+void GLibContext::drain() const {
+    while (g_main_context_iteration(context_.get(), FALSE)) {
+    }
 }
 
 } // namespace tovrel::detail

@@ -1,0 +1,100 @@
+#include <chrono>
+#include <cstdlib>
+#include <fstream>
+#include <stdexcept>
+#include <Support/PrivateSession.hpp>
+#include <thread>
+
+namespace tovrel::tests {
+
+namespace {
+
+constexpr const char* password = "password of the login keyring";
+constexpr const char* loginCollection = "/org/freedesktop/secrets/collection/login";
+
+/// What a method of the keyring service answers; empty if it fails.
+std::string callService(const std::string& path, const std::string& method, const std::vector<std::string>& arguments) {
+    std::vector<std::string> command{
+        "gdbus",         "call", "--session", "--timeout", "5", "--dest", "org.freedesktop.secrets",
+        "--object-path", path,   "--method",  method};
+    command.insert(command.end(), arguments.begin(), arguments.end());
+    const auto [output, isGood] = ChildProgram(command).finish();
+    return isGood ? output : std::string();
+}
+
+} // namespace
+
+PrivateSession::PrivateSession(Activation activation) {
+    setVariable("HOME", directory_.path().string());
+    setVariable("XDG_RUNTIME_DIR", directory_.path().string());
+    setVariable("XDG_DATA_HOME", (directory_.path() / "data").string());
+    setVariable("XDG_CONFIG_HOME", (directory_.path() / "config").string());
+    setVariable("XDG_CACHE_HOME", (directory_.path() / "cache").string());
+    bus_ = std::make_unique<ChildProgram>(std::vector<std::string>{
+        "dbus-daemon", "--nofork", "--print-address", "--config-file", writeBusConfiguration(activation).string()});
+    setVariable("DBUS_SESSION_BUS_ADDRESS", bus_->readLine());
+}
+
+PrivateSession::~PrivateSession() {
+    for (auto variable = previous_.rbegin(); variable != previous_.rend(); ++variable) {
+        ::setenv(variable->first.c_str(), variable->second.c_str(), 1);
+    }
+}
+
+void PrivateSession::startKeyring() {
+    keyring_ = std::make_unique<ChildProgram>(
+        std::vector<std::string>{"gnome-keyring-daemon", "--foreground", "--unlock", "--components=secrets"}, password);
+    const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(10);
+    while (callService("/org/freedesktop/secrets", "org.freedesktop.Secret.Service.ReadAlias", {"default"})
+               .find(loginCollection) == std::string::npos) {
+        if (std::chrono::steady_clock::now() > end) {
+            throw std::runtime_error("the keyring daemon does not answer");
+        }
+        std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    }
+}
+
+void PrivateSession::killKeyring() {
+    keyring_->kill();
+}
+
+void PrivateSession::lockKeyring() const {
+    if (callService("/org/freedesktop/secrets", "org.freedesktop.Secret.Service.Lock",
+                    {std::string("['") + loginCollection + "']"})
+            .empty()) {
+        throw std::runtime_error("could not lock the keyring");
+    }
+}
+
+void PrivateSession::unlockKeyring() {
+    killKeyring();
+    startKeyring();
+}
+
+void PrivateSession::killBus() {
+    bus_->kill();
+}
+
+std::filesystem::path PrivateSession::writeBusConfiguration(Activation activation) const {
+    const std::filesystem::path path = directory_.path() / "bus.conf";
+    const std::filesystem::path services = directory_.path() / "services";
+    std::filesystem::create_directory(services);
+    if (activation == Activation::keyring) {
+        std::ofstream(services / "org.freedesktop.secrets.service")
+            << "[D-BUS Service]\nName=org.freedesktop.secrets\n"
+               "Exec=/usr/bin/gnome-keyring-daemon --start --foreground --components=secrets\n";
+    }
+    std::ofstream(path) << "<busconfig><type>session</type><listen>unix:dir=" << directory_.path().string()
+                        << "</listen><servicedir>" << services.string()
+                        << "</servicedir><policy context=\"default\"><allow send_destination=\"*\" eavesdrop=\"true\"/>"
+                           "<allow eavesdrop=\"true\"/><allow own=\"*\"/></policy></busconfig>";
+    return path;
+}
+
+void PrivateSession::setVariable(const std::string& name, const std::string& value) {
+    const char* previous = std::getenv(name.c_str());
+    previous_.emplace_back(name, previous != nullptr ? previous : "");
+    ::setenv(name.c_str(), value.c_str(), 1);
+}
+
+} // namespace tovrel::tests
