@@ -10,6 +10,7 @@
 #include <HTTP/MemoryProbe.hpp>
 #include <HTTP/ServerProcess.hpp>
 #include <JSON/JSONBenchmark.hpp>
+#include <Keychain/KeychainBenchmark.hpp>
 #include <map>
 #include <string>
 #include <vector>
@@ -20,7 +21,8 @@ namespace {
 
 const std::map<std::string, std::function<void()>> comparisons = {
     {"api", compareApiCalls},       {"json", compareJSON},          {"cache", compareCache},
-    {"http", compareSmallRequests}, {"download", compareDownloads}, {"flight", compareRequestsInFlight}};
+    {"http", compareSmallRequests}, {"download", compareDownloads}, {"flight", compareRequestsInFlight},
+    {"keychain", measureKeychain}};
 
 int run(const std::vector<std::string>& arguments) {
     const std::string name = arguments.empty() ? "" : arguments.front();

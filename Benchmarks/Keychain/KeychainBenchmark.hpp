@@ -1,0 +1,8 @@
+#pragma once
+
+namespace tovrel::benchmarks {
+
+/// Measures what it costs to read a stored token, from each backend of the keychain.
+void measureKeychain();
+
+} // namespace tovrel::benchmarks
