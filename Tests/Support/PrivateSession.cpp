@@ -37,7 +37,11 @@ PrivateSession::PrivateSession(Activation activation) {
 
 PrivateSession::~PrivateSession() {
     for (auto variable = previous_.rbegin(); variable != previous_.rend(); ++variable) {
-        ::setenv(variable->first.c_str(), variable->second.c_str(), 1);
+        if (variable->second) {
+            ::setenv(variable->first.c_str(), variable->second->c_str(), 1);
+        } else {
+            ::unsetenv(variable->first.c_str());
+        }
     }
 }
 
@@ -93,7 +97,7 @@ std::filesystem::path PrivateSession::writeBusConfiguration(Activation activatio
 
 void PrivateSession::setVariable(const std::string& name, const std::string& value) {
     const char* previous = std::getenv(name.c_str());
-    previous_.emplace_back(name, previous != nullptr ? previous : "");
+    previous_.emplace_back(name, previous != nullptr ? std::optional<std::string>(previous) : std::nullopt);
     ::setenv(name.c_str(), value.c_str(), 1);
 }
 

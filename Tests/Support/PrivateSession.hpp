@@ -2,6 +2,7 @@
 
 #include <filesystem>
 #include <memory>
+#include <optional>
 #include <string>
 #include <Support/ChildProgram.hpp>
 #include <Support/TemporaryDirectory.hpp>
@@ -39,7 +40,7 @@ private:
     void setVariable(const std::string& name, const std::string& value);
 
     TemporaryDirectory directory_;
-    std::vector<std::pair<std::string, std::string>> previous_;
+    std::vector<std::pair<std::string, std::optional<std::string>>> previous_;
     std::unique_ptr<ChildProgram> bus_;
     std::unique_ptr<ChildProgram> keyring_;
 };
