@@ -43,6 +43,13 @@
 #include <TovrelWebServices/Services/TovrelEnvironment.hpp>
 #include <TovrelWebServices/Services/WebService.hpp>
 #include <TovrelWebServices/Services/WebServiceEnvironment.hpp>
+#include <TovrelWebServices/SignIn/AppleIDCredential.hpp>
+#include <TovrelWebServices/SignIn/AuthorizationCredential.hpp>
+#include <TovrelWebServices/SignIn/AuthorizationError.hpp>
+#include <TovrelWebServices/SignIn/AuthorizationPresentation.hpp>
+#include <TovrelWebServices/SignIn/AuthorizationProvider.hpp>
+#include <TovrelWebServices/SignIn/AuthorizationRequest.hpp>
+#include <TovrelWebServices/SignIn/PersonNameComponents.hpp>
 #include <TovrelWebServices/SignIn/TovrelAppleCredentialState.hpp>
 #include <TovrelWebServices/SignIn/TovrelAppleSignInError.hpp>
 #include <TovrelWebServices/SignIn/TovrelAppleSignInService.hpp>

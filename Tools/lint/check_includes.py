@@ -34,6 +34,8 @@ KNOTS = {
     # A request carries its environment and its retry strategy.
     ("TovrelWebServices/Transport/WebRequest.hpp", "TovrelWebServices/Services"),
     ("TovrelWebServices/Transport/WebRequestable.cpp", "TovrelWebServices/Services"),
+    # The predicates look into the errors of every family.
+    ("TovrelWebServices/Transport/ErrorPredicates.cpp", "TovrelWebServices/SignIn"),
     # The domain services send with the accounts service's token, which itself calls the API service.
     ("TovrelWebServices/Services/Private/AccountsAccess.cpp", "TovrelWebServices/Tovrel Accounts"),
     # The accounts service asks the sign-in service for the state of the credential.

@@ -1,5 +1,7 @@
 #include <Platform/Concurrency/CancellationError.hpp>
 #include <Platform/URLLoading/URLError.hpp>
+#include <TovrelWebServices/SignIn/AuthorizationError.hpp>
+#include <TovrelWebServices/SignIn/TovrelAppleSignInError.hpp>
 #include <TovrelWebServices/Transport/ErrorPredicates.hpp>
 #include <TovrelWebServices/Transport/WebServiceError.hpp>
 
@@ -12,6 +14,10 @@ bool isCancelled(const std::exception_ptr& error) {
         return true;
     } catch (const URLError& urlError) {
         return urlError.kind() == URLError::Kind::cancelled;
+    } catch (const AuthorizationError& authorizationError) {
+        return authorizationError.kind() == AuthorizationError::Kind::cancelled;
+    } catch (const TovrelAppleSignInError& signInError) {
+        return signInError.underlying() && isCancelled(signInError.underlying());
     } catch (...) {
         return false;
     }

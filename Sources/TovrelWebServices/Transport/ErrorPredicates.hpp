@@ -6,7 +6,8 @@
 
 namespace tovrel {
 
-/// Whether the error says that the operation was cancelled: `CancellationError` or `URLError` cancelled.
+/// Whether the error says that the operation was cancelled: `CancellationError`, `URLError` cancelled,
+/// `AuthorizationError` cancelled, or a `TovrelAppleSignInError` with one of these underlying.
 [[nodiscard]] TOVREL_EXPORT bool isCancelled(const std::exception_ptr& error);
 
 /// Whether the error says that the device is not connected: `WebServiceError` or `URLError` notConnectedToInternet.
