@@ -5,6 +5,8 @@
 #include <TovrelTesting/Accounts/AccountsServer.hpp>
 #include <TovrelTesting/Content/ContentServer.hpp>
 #include <TovrelTesting/LocalBackEnd.hpp>
+#include <TovrelTesting/SignIn/IdentityProvider.hpp>
+#include <TovrelTesting/SignIn/SignInRelay.hpp>
 
 #include <memory>
 #include <string>
@@ -13,7 +15,8 @@
 namespace tovrel::testing {
 
 /// Everything that the library talks to, in one local back end: the accounts, API and content-delivery hosts of all
-/// stages. Thread-safe; see `LocalBackEnd` for where it must not be destroyed.
+/// stages, and a sign-in provider, whose relay is on the accounts hosts. Thread-safe; see `LocalBackEnd` for where it
+/// must not be destroyed.
 class TOVREL_EXPORT LocalDeployment {
 public:
     /// Starts a deployment. The host names are added to those of the back end's options. Throws `LocalBackEndError`.
@@ -26,9 +29,18 @@ public:
     static std::vector<std::string> apiHosts();
     static std::vector<std::string> cdnHosts();
 
+    /// The host names of the sign-in provider.
+    static std::vector<std::string> identityHosts();
+
     LocalBackEnd& backEnd() noexcept { return *backEnd_; }
     AccountsServer& accounts() noexcept { return *accounts_; }
     ContentServer& content() noexcept { return *content_; }
+
+    /// The sign-in provider that stands for the first trusted identity issuer of the accounts options; it knows the one
+    /// application that the accounts server takes identity tokens for. Stops the process where they name no issuer.
+    IdentityProvider& identityProvider();
+
+    SignInRelay& relay() noexcept { return *relay_; }
 
     /// A session configuration for which the back end is all these hosts.
     [[nodiscard]] URLSessionConfiguration sessionConfiguration() const;
@@ -40,6 +52,8 @@ private:
     std::unique_ptr<LocalBackEnd> backEnd_;
     std::shared_ptr<AccountsServer> accounts_;
     std::shared_ptr<ContentServer> content_;
+    std::shared_ptr<SignInRelay> relay_;
+    std::shared_ptr<IdentityProvider> identityProvider_;
 };
 
 } // namespace tovrel::testing

@@ -31,4 +31,8 @@
 #include <TovrelTesting/ScriptedResponse.hpp>
 #include <TovrelTesting/SignIn/IdentityClaims.hpp>
 #include <TovrelTesting/SignIn/IdentityIssuer.hpp>
+#include <TovrelTesting/SignIn/IdentityProvider.hpp>
+#include <TovrelTesting/SignIn/IdentityProviderOptions.hpp>
 #include <TovrelTesting/SignIn/IdentityTokenError.hpp>
+#include <TovrelTesting/SignIn/IdentityUser.hpp>
+#include <TovrelTesting/SignIn/SignInRelay.hpp>
