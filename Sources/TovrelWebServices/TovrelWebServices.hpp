@@ -13,6 +13,7 @@
 #include <QZFrameworkCoreLogic/StringURLEncoding.hpp>
 #include <QZFrameworkCoreLogic/TovrelLogger.hpp>
 #include <QZFrameworkCoreUI/DebugWindowManager.hpp>
+#include <QZFrameworkCoreUI/UserInterfaceStyle.hpp>
 #include <QZFrameworkCoreUI/ViewController.hpp>
 #include <QZFrameworkCoreUI/Window.hpp>
 #include <TovrelContracts/Application.hpp>
@@ -43,6 +44,7 @@
 #include <TovrelWebServices/Services/TovrelEnvironment.hpp>
 #include <TovrelWebServices/Services/WebService.hpp>
 #include <TovrelWebServices/Services/WebServiceEnvironment.hpp>
+#include <TovrelWebServices/SignIn/AppleIDButton.hpp>
 #include <TovrelWebServices/SignIn/AppleIDCredential.hpp>
 #include <TovrelWebServices/SignIn/AuthorizationCredential.hpp>
 #include <TovrelWebServices/SignIn/AuthorizationError.hpp>
@@ -51,8 +53,15 @@
 #include <TovrelWebServices/SignIn/AuthorizationRequest.hpp>
 #include <TovrelWebServices/SignIn/PersonNameComponents.hpp>
 #include <TovrelWebServices/SignIn/TovrelAppleCredentialState.hpp>
+#include <TovrelWebServices/SignIn/TovrelAppleSignInButtonConfig.hpp>
+#include <TovrelWebServices/SignIn/TovrelAppleSignInButtonViewModel.hpp>
 #include <TovrelWebServices/SignIn/TovrelAppleSignInError.hpp>
 #include <TovrelWebServices/SignIn/TovrelAppleSignInService.hpp>
+#include <TovrelWebServices/SignIn/TovrelSignInButtonType.hpp>
+#include <TovrelWebServices/SignIn/TovrelSignInCustomButton.hpp>
+#include <TovrelWebServices/Support/LocalizedString.hpp>
+#include <TovrelWebServices/Support/ResourceBundle.hpp>
+#include <TovrelWebServices/Support/TovrelWebServicesInstance.hpp>
 #include <TovrelWebServices/Support/TovrelWebServicesLog.hpp>
 #include <TovrelWebServices/Tovrel Accounts/AccessTokenValidator.hpp>
 #include <TovrelWebServices/Tovrel Accounts/AccountsErrorPredicates.hpp>
