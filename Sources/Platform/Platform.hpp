@@ -50,6 +50,8 @@
 #include <Platform/URLLoading/URLCache.hpp>
 #include <Platform/URLLoading/URLComponents.hpp>
 #include <Platform/URLLoading/URLError.hpp>
+#include <Platform/URLLoading/URLProgress.hpp>
+#include <Platform/URLLoading/URLProgressObserver.hpp>
 #include <Platform/URLLoading/URLRequest.hpp>
 #include <Platform/URLLoading/URLResponse.hpp>
 #include <Platform/URLLoading/URLSession.hpp>

@@ -5,10 +5,13 @@
 #include <Platform/URLLoading/HTTPHeaders.hpp>
 #include <Platform/URLLoading/URL.hpp>
 
+#include <memory>
 #include <optional>
 #include <string>
 
 namespace tovrel {
+
+class URLProgressObserver;
 
 /// How a request may be answered from a response cache.
 enum class URLRequestCachePolicy : int {
@@ -40,6 +43,8 @@ struct TOVREL_EXPORT URLRequest {
     /// NaN stand for the default; infinity waits for ever.
     double timeoutInterval = defaultTimeoutInterval;
     URLRequestCachePolicy cachePolicy = URLRequestCachePolicy::useProtocolCachePolicy;
+    /// Who is told how far the response's body has come; may be null. Requests are equal when theirs is the same one.
+    std::shared_ptr<const URLProgressObserver> progressObserver;
 
     explicit URLRequest(URL requestURL);
 

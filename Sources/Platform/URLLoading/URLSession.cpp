@@ -1,9 +1,11 @@
 #include <Platform/Concurrency/TaskPool.hpp>
 #include <Platform/URLLoading/Detail/Cache/CachedLoading.hpp>
 #include <Platform/URLLoading/Detail/Curl.hpp>
+#include <Platform/URLLoading/Detail/ProgressReports.hpp>
 #include <Platform/URLLoading/Detail/RequestCheck.hpp>
 #include <Platform/URLLoading/Detail/TransferEngine.hpp>
 #include <Platform/URLLoading/Detail/Transferring.hpp>
+#include <Platform/URLLoading/HTTPURLResponse.hpp>
 #include <Platform/URLLoading/URLCache.hpp>
 #include <Platform/URLLoading/URLError.hpp>
 #include <Platform/URLLoading/URLSession.hpp>
@@ -28,6 +30,16 @@ URLSession::~URLSession() = default;
 
 namespace {
 
+/// What goes over the network is reported on its way; what the cache gives is there all at once.
+Async<URLSessionResult> reportWhatTheCacheGives(URLRequest request, Async<URLSessionResult> loading) {
+    URLSessionResult result = co_await std::move(loading);
+    const auto& response = static_cast<const HTTPURLResponse&>(*result.response);
+    if (response.source() != HTTPURLResponse::Source::network) {
+        ProgressReports::reportWhole(request, result.data->size());
+    }
+    co_return result;
+}
+
 Async<URLSessionResult> load(std::shared_ptr<TransferEngine> engine, std::shared_ptr<CacheStore> store,
                              URLRequest request) {
     const asio::cancellation_state state = co_await asio::this_coro::cancellation_state;
@@ -38,6 +50,10 @@ Async<URLSessionResult> load(std::shared_ptr<TransferEngine> engine, std::shared
         throw std::move(*error);
     }
     if (store) {
+        if (request.progressObserver) {
+            co_return co_await reportWhatTheCacheGives(request,
+                                                       loadThroughCache(std::move(engine), std::move(store), request));
+        }
         co_return co_await loadThroughCache(std::move(engine), std::move(store), std::move(request));
     }
     TransferOptions options;

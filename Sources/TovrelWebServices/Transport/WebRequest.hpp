@@ -242,6 +242,19 @@ public:
         return self();
     }
 
+    /// Called on the main actor while the body of the response comes in; see `URLProgressObserver` for when. An empty
+    /// observer stands for none.
+    Pointer setProgressObserver(ProgressObserver observer) {
+        storeProgressObserver(std::move(observer), std::nullopt);
+        return self();
+    }
+
+    /// As above, called on that executor.
+    Pointer setProgressObserver(ProgressObserver observer, Executor executor) {
+        storeProgressObserver(std::move(observer), std::move(executor));
+        return self();
+    }
+
 private:
     using WebRequestable::WebRequestable;
 

@@ -1,4 +1,5 @@
 #include <Platform/URLLoading/PercentEncoding.hpp>
+#include <Platform/URLLoading/URLProgressObserver.hpp>
 #include <TovrelContracts/AssertionCoordinator.hpp>
 #include <TovrelWebServices/Services/NoRetryLogicStrategy.hpp>
 #include <TovrelWebServices/Transport/WebRequestable.hpp>
@@ -101,6 +102,7 @@ URLRequest WebRequestable::setUpRequest() const {
         request.headers.add(name, value);
     }
     request.body = body_;
+    request.progressObserver = progressObserver_;
     return request;
 }
 
@@ -163,6 +165,16 @@ void WebRequestable::storeQueryParameter(std::string key, std::vector<std::strin
 
 void WebRequestable::mergeQueryParameter(std::string key, std::vector<std::string> values) {
     queryParameters_.insert_or_assign(std::move(key), std::move(values));
+}
+
+void WebRequestable::storeProgressObserver(ProgressObserver observer, std::optional<Executor> executor) {
+    if (!observer) {
+        progressObserver_ = nullptr;
+    } else if (executor) {
+        progressObserver_ = URLProgressObserver::make(std::move(observer), *std::move(executor));
+    } else {
+        progressObserver_ = URLProgressObserver::make(std::move(observer));
+    }
 }
 
 void WebRequestable::storeBody(std::optional<Data> body, const ContentType& contentType) {

@@ -6,6 +6,7 @@
 #include <Platform/System/Export.hpp>
 #include <Platform/URLLoading/URL.hpp>
 #include <Platform/URLLoading/URLComponents.hpp>
+#include <Platform/URLLoading/URLProgress.hpp>
 #include <Platform/URLLoading/URLRequest.hpp>
 #include <TovrelWebServices/Transport/AcceptEncodingType.hpp>
 #include <TovrelWebServices/Transport/AcceptLanguage.hpp>
@@ -35,6 +36,7 @@ public:
     using HeaderMap = std::map<std::string, std::string>;
     using QueryParameters = std::map<std::string, std::vector<std::string>>;
     using WillRetryObserver = std::function<void()>;
+    using ProgressObserver = std::function<void(const URLProgress&)>;
 
     virtual ~WebRequestable();
     WebRequestable(const WebRequestable&) = delete;
@@ -68,6 +70,11 @@ public:
     [[nodiscard]] const std::shared_ptr<RetryLogicStrategy>& retryStrategy() const { return retryStrategy_; }
     std::shared_ptr<WebRequestable> setRetryStrategy(std::shared_ptr<RetryLogicStrategy> strategy);
     std::shared_ptr<WebRequestable> setWillRetryObserver(WillRetryObserver observer);
+
+    /// Who is told how far the response's body has come; may be null.
+    [[nodiscard]] const std::shared_ptr<const URLProgressObserver>& progressObserver() const {
+        return progressObserver_;
+    }
 
     /// Whether the retry strategy allows one more retry now.
     [[nodiscard]] bool shouldRetry() const;
@@ -117,6 +124,7 @@ protected:
     void mergeQueryParameter(std::string key, std::vector<std::string> values);
     void storeBody(std::optional<Data> body, const ContentType& contentType);
     void storeCachePolicy(CachePolicy policy) { cachePolicy_ = policy; }
+    void storeProgressObserver(ProgressObserver observer, std::optional<Executor> executor);
     void storeDecodingStrategy(DecodingStrategy strategy) { customDecodingStrategy_ = std::move(strategy); }
 
 private:
@@ -130,6 +138,7 @@ private:
     std::optional<DecodingStrategy> customDecodingStrategy_;
     std::shared_ptr<RetryLogicStrategy> retryStrategy_;
     WillRetryObserver willRetryObserver_;
+    std::shared_ptr<const URLProgressObserver> progressObserver_;
 };
 
 /// A request to the API. Its platform request carries the process-wide user agent, if there is one.

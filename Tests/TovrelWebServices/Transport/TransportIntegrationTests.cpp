@@ -1,5 +1,7 @@
+#include <Platform/Concurrency/Hop.hpp>
 #include <Platform/Concurrency/Start.hpp>
 #include <Platform/Concurrency/TaskGroup.hpp>
+#include <Platform/Concurrency/TaskPool.hpp>
 #include <Platform/URLLoading/URLError.hpp>
 #include <TovrelTesting/LocalSession.hpp>
 #include <TovrelWebServices/Services/DefaultHttpWebService.hpp>
@@ -20,6 +22,7 @@
 #include <Support/Await.hpp>
 #include <Support/UserAgent.hpp>
 #include <thread>
+#include <vector>
 
 namespace tovrel::tests {
 
@@ -110,6 +113,21 @@ TEST_F(TransportIntegration, SendsWhatTheRequestSaysAndDecodesWhatComesBack) {
     EXPECT_EQ(received[0].header("accept-encoding"), "deflate, gzip");
     EXPECT_EQ(received[0].header("accept-language"), "en-US,nl;q=0.5");
     EXPECT_EQ(received[0].header("content-type"), "text/plain");
+}
+
+TEST_F(TransportIntegration, TellsTheObserverOfTheRequestHowFarEachAttemptIs) {
+    backEnd_->on("GET", "/file", [](const ReceivedRequest&) { return ScriptedResponse::generated(1'000'000); });
+    backEnd_->inject(Fault::truncation(FaultPoint::responseBody));
+    std::vector<URLProgress> reports;
+    const Executor executor = TaskPool::compute();
+    const auto sent =
+        request("file")
+            ->setRetryStrategy(TimesRetryLogicStrategy::make(1, 0))
+            ->setProgressObserver([&reports](const URLProgress& progress) { reports.push_back(progress); }, executor);
+    EXPECT_EQ(getInTime(hop(executor, service_->execute(sent))).data->size(), 1'000'000U);
+    ASSERT_FALSE(reports.empty());
+    EXPECT_EQ(reports.back(), URLProgress(1'000'000, 1'000'000));
+    EXPECT_EQ(backEnd_->requests().size(), 2U);
 }
 
 TEST_F(TransportIntegration, SendsTheUserAgentWithApiRequests) {

@@ -1,4 +1,7 @@
+#include <Platform/Concurrency/MainActor.hpp>
+#include <Platform/Concurrency/TaskPool.hpp>
 #include <Platform/System/Bundle.hpp>
+#include <Platform/URLLoading/URLProgressObserver.hpp>
 #include <TovrelContracts/AssertionCoordinator.hpp>
 #include <TovrelWebServices/Services/TimesRetryLogicStrategy.hpp>
 #include <TovrelWebServices/Transport/WebRequest.hpp>
@@ -11,6 +14,7 @@
 #include <stdexcept>
 #include <Support/Await.hpp>
 #include <Support/UserAgent.hpp>
+#include <vector>
 
 namespace tovrel::tests {
 
@@ -334,6 +338,26 @@ TEST(WebRequest, CallsItsObserverAfterASuccessfulWaitOnly) {
     made->setRetryStrategy(std::make_shared<FailingStrategy>());
     EXPECT_THROW(getInTime(made->willRetry()), std::runtime_error);
     EXPECT_EQ(calls, 1);
+}
+
+TEST(WebRequest, HandsItsProgressObserverToThePlatform) {
+    const auto made = request("https://h");
+    EXPECT_EQ(made->buildURLRequest().progressObserver, nullptr);
+    std::vector<URLProgress> reports;
+    const Executor executor = TaskPool::compute();
+    EXPECT_EQ(made->setProgressObserver([&](const URLProgress& progress) { reports.push_back(progress); }, executor),
+              made);
+    const auto observer = made->buildURLRequest().progressObserver;
+    ASSERT_NE(observer, nullptr);
+    EXPECT_EQ(observer, made->progressObserver());
+    EXPECT_EQ(observer->executor(), executor);
+    observer->report(URLProgress(1, 2));
+    EXPECT_EQ(reports, std::vector{URLProgress(1, 2)});
+
+    made->setProgressObserver([](const URLProgress&) {});
+    EXPECT_EQ(made->progressObserver()->executor(), MainActor::executor());
+    made->setProgressObserver(nullptr);
+    EXPECT_EQ(made->buildURLRequest().progressObserver, nullptr);
 }
 
 TEST(WebRequest, SetsStrategyAndObserverThroughTheGeneralInterfaceToo) {

@@ -1,3 +1,4 @@
+#include <Platform/URLLoading/Detail/ProgressReports.hpp>
 #include <Platform/URLLoading/Detail/Transferring.hpp>
 
 #include <boost/asio/associated_cancellation_slot.hpp>
@@ -71,6 +72,9 @@ private:
 Async<URLSessionResult> transfer(std::shared_ptr<TransferEngine> engine, URLRequest request, TransferOptions options) {
     options.maximumBodySize = engine->settings().maximumBodySize();
     options.allowsPlainHTTP = engine->settings().allowsPlainHTTP();
+    if (request.progressObserver) {
+        options.observer = std::make_shared<ProgressReports>(request, std::move(options.observer));
+    }
     const Initiation initiation(engine, request, options);
     co_return co_await asio::async_initiate<const asio::use_awaitable_t<>&, void(std::exception_ptr, URLSessionResult)>(
         initiation, asio::use_awaitable);
