@@ -1,0 +1,28 @@
+#pragma once
+
+#include <Platform/Events/Publisher.hpp>
+#include <Platform/System/Export.hpp>
+
+#include <optional>
+
+namespace tovrel {
+
+/// Whether the user interface is light or dark.
+enum class Appearance { light, dark };
+
+/// The appearance of this process's user interface. For the main thread only.
+class TOVREL_EXPORT CurrentAppearance {
+public:
+    CurrentAppearance() = delete;
+
+    /// The host's choice, else what the application's palette says: dark when its windows are darker than their text.
+    [[nodiscard]] static Appearance get();
+
+    /// The host's choice from now on; absent to follow the palette, as at the start.
+    static void choose(std::optional<Appearance> appearance);
+
+    /// Sends the new appearance each time it changes, on the main thread.
+    [[nodiscard]] static Publisher<Appearance> changes();
+};
+
+} // namespace tovrel
