@@ -5,12 +5,17 @@ set(package_directory ${CMAKE_INSTALL_LIBDIR}/cmake/TovrelWebServices)
 set(package_work_directory ${CMAKE_CURRENT_BINARY_DIR}/package)
 
 set(installed_targets)
-foreach(target IN ITEMS TovrelPlatform TovrelWebServices TovrelTesting)
+foreach(target IN ITEMS TovrelPlatform TovrelWebServices TovrelAccountScreens TovrelTesting)
   if(TARGET ${target})
     list(APPEND installed_targets ${target})
   endif()
 endforeach()
-install(TARGETS ${installed_targets} EXPORT TovrelWebServicesTargets)
+if(TARGET TovrelAccountScreens AND NOT BUILD_SHARED_LIBS)
+  # Qt keeps the resources of a static library in object libraries of their own.
+  get_target_property(resource_targets TovrelAccountScreens TOVREL_RESOURCE_TARGETS)
+  list(APPEND installed_targets ${resource_targets})
+endif()
+install(TARGETS ${installed_targets} EXPORT TovrelWebServicesTargets OBJECTS DESTINATION ${CMAKE_INSTALL_LIBDIR}/TovrelWebServices)
 install(EXPORT TovrelWebServicesTargets NAMESPACE Tovrel:: DESTINATION ${package_directory})
 
 configure_package_config_file(cmake/TovrelWebServicesConfig.cmake.in
@@ -56,5 +61,6 @@ endforeach()
 install(CODE "
   set(tovrel_sources [[${PROJECT_SOURCE_DIR}/Sources]])
   set(tovrel_with_testing $<TARGET_EXISTS:TovrelTesting>)
+  set(tovrel_with_account_screens $<TARGET_EXISTS:TovrelAccountScreens>)
   set(tovrel_include_directory \"\${CMAKE_INSTALL_PREFIX}/${CMAKE_INSTALL_INCLUDEDIR}/tovrel\")")
 install(SCRIPT cmake/TovrelInstallHeaders.cmake)

@@ -25,6 +25,7 @@
 #include <Platform/Concurrency/CancellationError.hpp>
 #include <Platform/Concurrency/Clock.hpp>
 #include <Platform/Concurrency/Event.hpp>
+#include <Platform/Concurrency/EventLoopQueue.hpp>
 #include <Platform/Concurrency/Hop.hpp>
 #include <Platform/Concurrency/MainActor.hpp>
 #include <Platform/Concurrency/Outcome.hpp>

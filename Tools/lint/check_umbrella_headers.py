@@ -8,15 +8,26 @@ import house
 LIBRARIES = {
     "Platform": ["Platform"],
     "TovrelWebServices": ["TovrelContracts", "QZFrameworkCoreLogic", "QZFrameworkCoreUI", "TovrelWebServices"],
+    "TovrelWebServices/AccountScreens": ["TovrelWebServices/AccountScreens"],
     "TovrelTesting": ["TovrelTesting"],
 }
+
+
+def umbrella_of(library):
+    """The name of a library's umbrella header: its folder and that folder's name."""
+    return f"{library}/{library.rsplit('/', 1)[-1]}.hpp"
+
+
+def folder_of(name):
+    """The longest of the libraries' folders that holds this header, or None."""
+    folders = {folder for library in LIBRARIES.values() for folder in library}
+    return max((folder for folder in folders if name.startswith(folder + "/")), key=len, default=None)
 
 
 def wanted_includes(library, names):
     """The public headers of a library, from the names of all headers, in order."""
     return sorted((name for name in names
-                   if name.split("/")[0] in LIBRARIES[library] and "AccountScreens" not in name
-                   and name != f"{library}/{library}.hpp"), key=str.lower)
+                   if folder_of(name) in LIBRARIES[library] and name != umbrella_of(library)), key=str.lower)
 
 
 def completed(text, wanted):
@@ -30,11 +41,11 @@ def main():
     names = [str(path) for path in files if house.is_public_header(path)]
     found = []
     for library in LIBRARIES:
-        umbrella = house.SOURCES / library / f"{library}.hpp"
+        umbrella = house.SOURCES / umbrella_of(library)
         wanted = wanted_includes(library, names)
         if not wanted:
             continue
-        text = umbrella.read_text() if umbrella.exists() else f"#pragma once\n\n/// @file\n/// All of {library}.\n"
+        text = umbrella.read_text() if umbrella.exists() else f"#pragma once\n\n/// @file\n/// All of {umbrella.stem}.\n"
         if completed(text, wanted) != text or not umbrella.exists():
             if "--fix" in sys.argv[1:]:
                 umbrella.write_text(completed(text, wanted))

@@ -98,6 +98,12 @@ class IncludeCheck(unittest.TestCase):
             Platform__Coding__A="#include <Platform/Coding/Detail/B.hpp>",
             Platform__Coding__Detail__B="#include <boost/url.hpp>"))
 
+    def test_finds_the_toolkit_outside_of_the_screens(self):
+        self.assertIn("third party", self.messages(TovrelWebServices__SignIn__A="#include <QtGui/QColor>"))
+
+    def test_lets_the_screens_use_the_toolkit(self):
+        self.assertEqual(self.messages(TovrelWebServices__AccountScreens__A="#include <QtGui/QColor>"), "")
+
     def test_finds_a_quoted_include(self):
         self.assertIn("full name", self.messages(Platform__Coding__A='#include "B.hpp"'))
 
@@ -135,6 +141,12 @@ class UmbrellaHeaderCheck(unittest.TestCase):
     def test_wants_every_public_header_of_the_library(self):
         names = ["Platform/System/Error.hpp", "Platform/Platform.hpp", "TovrelTesting/Fault.hpp"]
         self.assertEqual(check_umbrella_headers.wanted_includes("Platform", names), ["Platform/System/Error.hpp"])
+
+    def test_keeps_the_screens_apart_from_the_library_around_them(self):
+        names = ["TovrelWebServices/SignIn/A.hpp", "TovrelWebServices/AccountScreens/B.hpp",
+                 "TovrelWebServices/AccountScreens/AccountScreens.hpp"]
+        self.assertEqual(check_umbrella_headers.wanted_includes("TovrelWebServices", names), names[:1])
+        self.assertEqual(check_umbrella_headers.wanted_includes("TovrelWebServices/AccountScreens", names), names[1:2])
 
     def test_completes_the_list_and_keeps_the_words_above_it(self):
         text = check_umbrella_headers.completed("#pragma once\n\n/// All.\n#include <A.hpp>\n", ["A.hpp", "B.hpp"])

@@ -2,8 +2,8 @@
 
 namespace tovrel {
 
-QColor Color::resolved(Semantic semantic, Appearance appearance) {
-    const bool isDark = appearance == Appearance::dark;
+QColor Color::resolved(Semantic semantic, UserInterfaceStyle appearance) {
+    const bool isDark = appearance == UserInterfaceStyle::dark;
     switch (semantic) {
     case Semantic::primary:
         return isDark ? QColor(0xFF, 0xFF, 0xFF) : QColor(0x00, 0x00, 0x00);
@@ -17,7 +17,7 @@ QColor Color::resolved(Semantic semantic, Appearance appearance) {
     return {};
 }
 
-QColor Color::resolved(Appearance appearance) const {
+QColor Color::resolved(UserInterfaceStyle appearance) const {
     if (const auto* color = std::get_if<QColor>(&value_)) {
         return *color;
     }

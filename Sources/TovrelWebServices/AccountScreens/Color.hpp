@@ -1,7 +1,7 @@
 #pragma once
 
 #include <Platform/System/Export.hpp>
-#include <TovrelWebServices/AccountScreens/Appearance.hpp>
+#include <QZFrameworkCoreUI/UserInterfaceStyle.hpp>
 #include <TovrelWebServices/AccountScreens/ColorResource.hpp>
 
 #include <QtGui/QColor>
@@ -26,8 +26,8 @@ public:
     /// The colour of what destroys.
     [[nodiscard]] static Color red() { return Color(Semantic::red); }
 
-    /// The colour to paint with.
-    [[nodiscard]] QColor resolved(Appearance appearance) const;
+    /// The colour to paint with; an unspecified appearance is taken for the light one.
+    [[nodiscard]] QColor resolved(UserInterfaceStyle appearance) const;
 
     friend bool operator==(const Color&, const Color&) = default;
 
@@ -36,7 +36,7 @@ private:
 
     explicit Color(Semantic semantic) : value_(semantic) {}
 
-    static QColor resolved(Semantic semantic, Appearance appearance);
+    static QColor resolved(Semantic semantic, UserInterfaceStyle appearance);
 
     std::variant<QColor, ColorResource, Semantic> value_;
 };

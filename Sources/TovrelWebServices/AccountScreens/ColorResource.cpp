@@ -1,29 +1,10 @@
-#include <Platform/System/FatalError.hpp>
 #include <TovrelWebServices/AccountScreens/ColorResource.hpp>
 #include <TovrelWebServices/AccountScreens/Private/ModuleResources.hpp>
+#include <TovrelWebServices/Support/ResourceBundle.hpp>
 
-#include <QtCore/QFile>
-#include <QtCore/QJsonDocument>
-#include <QtCore/QJsonObject>
 #include <utility>
 
 namespace tovrel {
-
-namespace {
-
-const QJsonObject& colorTable() {
-    static const QJsonObject table = [] {
-        loadModuleResources();
-        QFile file(QStringLiteral(":/tovrel/AccountScreens/Colors.json"));
-        if (!file.open(QIODevice::ReadOnly)) {
-            fatalError("The colours of the account screens are missing from their library.");
-        }
-        return QJsonDocument::fromJson(file.readAll()).object();
-    }();
-    return table;
-}
-
-} // namespace
 
 ColorResource::ColorResource(std::string name) : name_(std::move(name)) {}
 
@@ -52,10 +33,10 @@ const ColorResource& ColorResource::accountUserSignInLoadingBackground() {
     return color;
 }
 
-QColor ColorResource::resolved(Appearance appearance) const {
-    const QJsonObject variants = colorTable().value(QString::fromStdString(name_)).toObject();
-    const QLatin1String variant(appearance == Appearance::dark ? "dark" : "light");
-    return QColor(variants.value(variant).toString());
+QColor ColorResource::resolved(UserInterfaceStyle appearance) const {
+    const ResourceBundle& own = moduleBundle();
+    const auto value = resourceBundle().color(name_, appearance);
+    return QColor::fromRgba(value ? *value : own.color(name_, appearance).value());
 }
 
 } // namespace tovrel

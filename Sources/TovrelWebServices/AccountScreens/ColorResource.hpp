@@ -1,7 +1,7 @@
 #pragma once
 
 #include <Platform/System/Export.hpp>
-#include <TovrelWebServices/AccountScreens/Appearance.hpp>
+#include <QZFrameworkCoreUI/UserInterfaceStyle.hpp>
 
 #include <QtGui/QColor>
 #include <string>
@@ -24,8 +24,9 @@ public:
 
     [[nodiscard]] const std::string& name() const { return name_; }
 
-    /// The colour's value in the library's resources.
-    [[nodiscard]] QColor resolved(Appearance appearance) const;
+    /// The colour's value in the library's resource bundle, or else in the account screens' own; an unspecified
+    /// appearance is taken for the light one.
+    [[nodiscard]] QColor resolved(UserInterfaceStyle appearance) const;
 
     friend bool operator==(const ColorResource&, const ColorResource&) = default;
 

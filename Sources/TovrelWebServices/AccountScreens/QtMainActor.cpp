@@ -1,6 +1,7 @@
 #include <Platform/Concurrency/EventLoopQueue.hpp>
 #include <Platform/Concurrency/MainActor.hpp>
 #include <Platform/System/FatalError.hpp>
+#include <TovrelWebServices/AccountScreens/Private/ModuleResources.hpp>
 #include <TovrelWebServices/AccountScreens/QtMainActor.hpp>
 
 #include <QtCore/QCoreApplication>
@@ -48,6 +49,7 @@ void QtMainActor::install() {
     if (QThread::currentThread() != application->thread()) {
         fatalError("The main actor is installed on the application's thread.");
     }
+    moduleBundle();
     static Doorbell& doorbell = *new Doorbell();
     static const bool isInstalled = [] {
         MainActor::install(doorbell.queue().executor());

@@ -2,6 +2,15 @@
 
 namespace tovrel {
 
+namespace {
+
+TovrelSignInButtonType appleButton(TovrelAppleSignInButtonConfig::Style style) {
+    return TovrelSignInButtonType::apple(
+        TovrelAppleSignInButtonConfig::make(style, TovrelAppleSignInButtonConfig::ButtonType::default_, std::nullopt));
+}
+
+} // namespace
+
 TovrelUserAccountConfiguration::LoadingType::LoadingType(Kind kind, Color backgroundColor, Color tintColor,
                                                          AnyView view)
     : kind_(kind),
@@ -35,12 +44,24 @@ TovrelUserAccountConfiguration::SignIn::SignIn()
       closeForegroundColor_(ColorResource::accountUserSignInCloseForeground()),
       closeBackgroundColor_(ColorResource::accountUserSignInCloseBackground()),
       loadingType_(LoadingType::default_()),
+      signInButtonType_(appleButton(TovrelAppleSignInButtonConfig::Style::default_)),
       titleFont_(Font::largeTitle(), Font::Weight::bold),
       bodyFont_(Font::headline(), Font::Weight::regular),
       consentTextFont_(Font::subheadline(), Font::Weight::regular) {}
 
 std::shared_ptr<TovrelUserAccountConfiguration::SignIn> TovrelUserAccountConfiguration::SignIn::make() {
     return std::shared_ptr<SignIn>(new SignIn());
+}
+
+std::shared_ptr<TovrelUserAccountConfiguration::SignIn>
+TovrelUserAccountConfiguration::SignIn::signInButtonType(TovrelSignInButtonType type) {
+    signInButtonType_ = std::move(type);
+    return shared_from_this();
+}
+
+std::shared_ptr<TovrelUserAccountConfiguration::SignIn>
+TovrelUserAccountConfiguration::SignIn::signInAppleButtonConfigStyle(TovrelAppleSignInButtonConfig::Style style) {
+    return signInButtonType(appleButton(style));
 }
 
 std::shared_ptr<TovrelUserAccountConfiguration::SignIn>

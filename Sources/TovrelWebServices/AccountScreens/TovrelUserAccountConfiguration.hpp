@@ -6,6 +6,8 @@
 #include <TovrelWebServices/AccountScreens/Font.hpp>
 #include <TovrelWebServices/AccountScreens/Image.hpp>
 #include <TovrelWebServices/AccountScreens/NavigationBarItem.hpp>
+#include <TovrelWebServices/SignIn/TovrelAppleSignInButtonConfig.hpp>
+#include <TovrelWebServices/SignIn/TovrelSignInButtonType.hpp>
 
 #include <memory>
 #include <optional>
@@ -104,13 +106,18 @@ public:
     [[nodiscard]] const Color& closeBackgroundColor() const { return closeBackgroundColor_; }
     [[nodiscard]] bool hasCloseButton() const { return hasCloseButton_; }
     [[nodiscard]] const LoadingType& loadingType() const { return loadingType_; }
+    /// A button of Sign in with Apple in its default style.
+    [[nodiscard]] const TovrelSignInButtonType& signInButtonType() const { return signInButtonType_; }
     /// In points; 12 by default. It takes the place of the button configuration's own radius.
     [[nodiscard]] double signInButtonCornerRadius() const { return signInButtonCornerRadius_; }
     [[nodiscard]] const ContentFont& titleFont() const { return titleFont_; }
     [[nodiscard]] const ContentFont& bodyFont() const { return bodyFont_; }
     [[nodiscard]] const ContentFont& consentTextFont() const { return consentTextFont_; }
 
+    std::shared_ptr<SignIn> signInButtonType(TovrelSignInButtonType type);
     std::shared_ptr<SignIn> signInButtonCornerRadius(double cornerRadius);
+    /// A button of Sign in with Apple in this style and nothing else of an earlier `signInButtonType`.
+    std::shared_ptr<SignIn> signInAppleButtonConfigStyle(TovrelAppleSignInButtonConfig::Style style);
     std::shared_ptr<SignIn> toggleColor(Color color);
     std::shared_ptr<SignIn> titleColor(Color color);
     std::shared_ptr<SignIn> bodyColor(Color color);
@@ -144,6 +151,7 @@ private:
     Color closeBackgroundColor_;
     bool hasCloseButton_ = true;
     LoadingType loadingType_;
+    TovrelSignInButtonType signInButtonType_;
     double signInButtonCornerRadius_ = 12;
     ContentFont titleFont_;
     ContentFont bodyFont_;

@@ -19,9 +19,9 @@ const std::vector<const ColorResource*>& namedColors() {
     return colors;
 }
 
-class ColorsIn : public ::testing::TestWithParam<Appearance> {
+class ColorsIn : public ::testing::TestWithParam<UserInterfaceStyle> {
 protected:
-    static QColor page() { return GetParam() == Appearance::dark ? Qt::black : Qt::white; }
+    static QColor page() { return GetParam() == UserInterfaceStyle::dark ? Qt::black : Qt::white; }
     static QColor color(const Color& color) { return color.resolved(GetParam()); }
     static QColor color(const ColorResource& resource) { return resource.resolved(GetParam()); }
 };
@@ -45,8 +45,8 @@ TEST(ColorResource, IsMadeOnce) {
 
 TEST(ColorResource, HasADifferentOpaqueValueInEachAppearance) {
     for (const ColorResource* resource : namedColors()) {
-        const QColor light = resource->resolved(Appearance::light);
-        const QColor dark = resource->resolved(Appearance::dark);
+        const QColor light = resource->resolved(UserInterfaceStyle::light);
+        const QColor dark = resource->resolved(UserInterfaceStyle::dark);
         EXPECT_TRUE(light.isValid() && dark.isValid()) << resource->name();
         EXPECT_EQ(light.alpha(), 255) << resource->name();
         EXPECT_EQ(dark.alpha(), 255) << resource->name();
@@ -56,8 +56,8 @@ TEST(ColorResource, HasADifferentOpaqueValueInEachAppearance) {
 
 TEST(Color, OfTheHostIsTheSameInEveryAppearance) {
     const Color color{QColor(Qt::magenta)};
-    EXPECT_EQ(color.resolved(Appearance::light), QColor(Qt::magenta));
-    EXPECT_EQ(color.resolved(Appearance::dark), QColor(Qt::magenta));
+    EXPECT_EQ(color.resolved(UserInterfaceStyle::light), QColor(Qt::magenta));
+    EXPECT_EQ(color.resolved(UserInterfaceStyle::dark), QColor(Qt::magenta));
 }
 
 TEST(Color, EqualsByWhatItStandsFor) {
@@ -76,7 +76,7 @@ TEST_P(ColorsIn, LetTextBeReadOnThePage) {
 }
 
 TEST_P(ColorsIn, LetTextBeReadOnARowOfAList) {
-    const QColor row = GetParam() == Appearance::dark ? QColor("#1C1C1E") : QColor("#F2F2F7");
+    const QColor row = GetParam() == UserInterfaceStyle::dark ? QColor("#1C1C1E") : QColor("#F2F2F7");
     EXPECT_GE(contrast(color(Color::accent()), row), 4.5);
     EXPECT_GE(contrast(color(Color::red()), row), 4.5);
 }
@@ -105,7 +105,9 @@ TEST_P(ColorsIn, LetTheProgressIndicatorBeSeen) {
     EXPECT_GE(contrast(color(Color::primary()), color(ColorResource::accountUserSignInLoadingBackground())), 4.5);
 }
 
-INSTANTIATE_TEST_SUITE_P(, ColorsIn, ::testing::Values(Appearance::light, Appearance::dark),
-                         [](const auto& instance) { return instance.param == Appearance::dark ? "Dark" : "Light"; });
+INSTANTIATE_TEST_SUITE_P(, ColorsIn, ::testing::Values(UserInterfaceStyle::light, UserInterfaceStyle::dark),
+                         [](const auto& instance) {
+                             return instance.param == UserInterfaceStyle::dark ? "Dark" : "Light";
+                         });
 
 } // namespace tovrel::tests

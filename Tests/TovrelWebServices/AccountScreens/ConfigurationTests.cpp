@@ -68,6 +68,10 @@ TEST(SignInConfiguration, HasEveryDefault) {
     EXPECT_EQ(config->closeBackgroundColor(), Color(ColorResource::accountUserSignInCloseBackground()));
     EXPECT_TRUE(config->hasCloseButton());
     EXPECT_EQ(config->loadingType().kind(), LoadingType::Kind::default_);
+    const auto& button = *config->signInButtonType().appleConfig();
+    EXPECT_EQ(button.style(), TovrelAppleSignInButtonConfig::Style::default_);
+    EXPECT_EQ(button.buttonType(), TovrelAppleSignInButtonConfig::ButtonType::default_);
+    EXPECT_FALSE(button.cornerRadius().has_value());
     EXPECT_EQ(config->signInButtonCornerRadius(), 12);
     EXPECT_EQ(config->titleFont(), ContentFont(Font::largeTitle(), Font::Weight::bold));
     EXPECT_EQ(config->bodyFont(), ContentFont(Font::headline(), Font::Weight::regular));
@@ -109,6 +113,20 @@ TEST(SignInConfiguration, ChainsItsSettersAlsoFromATemporary) {
     EXPECT_EQ(config->titleFont(), small);
     EXPECT_EQ(config->bodyFont(), small);
     EXPECT_EQ(config->consentTextFont(), small);
+}
+
+TEST(SignInConfiguration, KeepsOnlyTheStyleOfAnAppleButtonSetByItsStyle) {
+    using ButtonConfig = TovrelAppleSignInButtonConfig;
+    const auto custom = ButtonConfig::make(ButtonConfig::Style::white, ButtonConfig::ButtonType::continue_, 3);
+    const auto config = SignIn::make()->signInButtonType(TovrelSignInButtonType::apple(custom));
+    EXPECT_EQ(config->signInButtonType().appleConfig(), custom);
+
+    EXPECT_EQ(config->signInAppleButtonConfigStyle(ButtonConfig::Style::black), config);
+    const auto& button = *config->signInButtonType().appleConfig();
+    EXPECT_EQ(button.style(), ButtonConfig::Style::black);
+    EXPECT_EQ(button.buttonType(), ButtonConfig::ButtonType::default_);
+    EXPECT_FALSE(button.cornerRadius().has_value());
+    EXPECT_EQ(custom->style(), ButtonConfig::Style::white);
 }
 
 TEST(SignInConfiguration, ReturnsTheSameObjectFromASetter) {

@@ -1,6 +1,8 @@
 #include <TovrelWebServices/AccountScreens/Private/ModuleResources.hpp>
+#include <TovrelWebServices/AccountScreens/Private/QtResourceBundle.hpp>
+#include <TovrelWebServices/Support/TovrelWebServicesInstance.hpp>
 
-#include <mutex>
+#include <memory>
 #include <QtCore/QtGlobal>
 
 /// Made by Qt's build from the types of this module that are marked for QML.
@@ -13,12 +15,15 @@ static void initializeResources() {
 
 namespace tovrel {
 
-void loadModuleResources() {
-    static std::once_flag once;
-    std::call_once(once, [] {
+const ResourceBundle& moduleBundle() {
+    static const auto& bundle = *new std::shared_ptr<const ResourceBundle>([] {
         initializeResources();
         [[maybe_unused]] void (*volatile keep)() = &qml_register_types_Tovrel_AccountScreens;
-    });
+        auto made = std::make_shared<const QtResourceBundle>();
+        TovrelWebServicesInstance::setBundle(made);
+        return made;
+    }());
+    return *bundle;
 }
 
 } // namespace tovrel

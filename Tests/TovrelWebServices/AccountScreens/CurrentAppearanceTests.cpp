@@ -1,4 +1,4 @@
-#include <TovrelWebServices/AccountScreens/Appearance.hpp>
+#include <TovrelWebServices/AccountScreens/CurrentAppearance.hpp>
 
 #include <gtest/gtest.h>
 
@@ -26,40 +26,40 @@ protected:
         QCoreApplication::processEvents();
     }
 
-    std::vector<Appearance> seen_;
+    std::vector<UserInterfaceStyle> seen_;
     Subscription subscription_ =
-        CurrentAppearance::changes().subscribe([this](Appearance appearance) { seen_.push_back(appearance); });
+        CurrentAppearance::changes().subscribe([this](UserInterfaceStyle appearance) { seen_.push_back(appearance); });
 };
 
 } // namespace
 
 TEST_F(CurrentAppearanceTest, FollowsTheApplicationsPaletteWhileItRuns) {
     setPalette(Qt::white, Qt::black);
-    EXPECT_EQ(CurrentAppearance::get(), Appearance::light);
+    EXPECT_EQ(CurrentAppearance::get(), UserInterfaceStyle::light);
     seen_.clear();
     setPalette(Qt::black, Qt::white);
-    EXPECT_EQ(CurrentAppearance::get(), Appearance::dark);
+    EXPECT_EQ(CurrentAppearance::get(), UserInterfaceStyle::dark);
     setPalette(Qt::white, Qt::black);
-    EXPECT_EQ(CurrentAppearance::get(), Appearance::light);
-    EXPECT_EQ(seen_, (std::vector{Appearance::dark, Appearance::light}));
+    EXPECT_EQ(CurrentAppearance::get(), UserInterfaceStyle::light);
+    EXPECT_EQ(seen_, (std::vector{UserInterfaceStyle::dark, UserInterfaceStyle::light}));
 }
 
 TEST_F(CurrentAppearanceTest, IsTheHostsChoiceWhateverThePaletteSays) {
     setPalette(Qt::white, Qt::black);
     seen_.clear();
-    CurrentAppearance::choose(Appearance::dark);
-    EXPECT_EQ(CurrentAppearance::get(), Appearance::dark);
+    CurrentAppearance::choose(UserInterfaceStyle::dark);
+    EXPECT_EQ(CurrentAppearance::get(), UserInterfaceStyle::dark);
     setPalette(Qt::black, Qt::white);
     setPalette(Qt::white, Qt::black);
-    EXPECT_EQ(seen_, std::vector{Appearance::dark});
+    EXPECT_EQ(seen_, std::vector{UserInterfaceStyle::dark});
     CurrentAppearance::choose(std::nullopt);
-    EXPECT_EQ(seen_, (std::vector{Appearance::dark, Appearance::light}));
+    EXPECT_EQ(seen_, (std::vector{UserInterfaceStyle::dark, UserInterfaceStyle::light}));
 }
 
 TEST_F(CurrentAppearanceTest, SaysNothingOfAChangeThatIsNone) {
     setPalette(Qt::white, Qt::black);
     seen_.clear();
-    CurrentAppearance::choose(Appearance::light);
+    CurrentAppearance::choose(UserInterfaceStyle::light);
     CurrentAppearance::choose(std::nullopt);
     EXPECT_TRUE(seen_.empty());
 }

@@ -1,5 +1,5 @@
 #include <Platform/Events/PassthroughSubject.hpp>
-#include <TovrelWebServices/AccountScreens/Appearance.hpp>
+#include <TovrelWebServices/AccountScreens/CurrentAppearance.hpp>
 
 #include <QtCore/QEvent>
 #include <QtCore/QObject>
@@ -11,10 +11,10 @@ namespace tovrel {
 
 namespace {
 
-Appearance appearanceOfPalette() {
+UserInterfaceStyle appearanceOfPalette() {
     const QPalette palette = QGuiApplication::palette();
     const bool isDark = palette.color(QPalette::Window).lightness() < palette.color(QPalette::WindowText).lightness();
-    return isDark ? Appearance::dark : Appearance::light;
+    return isDark ? UserInterfaceStyle::dark : UserInterfaceStyle::light;
 }
 
 /// Compares the appearance with the last one known whenever it may have changed.
@@ -26,14 +26,14 @@ public:
         return watch;
     }
 
-    [[nodiscard]] Appearance current() const { return chosen_.value_or(appearanceOfPalette()); }
+    [[nodiscard]] UserInterfaceStyle current() const { return chosen_.value_or(appearanceOfPalette()); }
 
-    void choose(std::optional<Appearance> appearance) {
+    void choose(std::optional<UserInterfaceStyle> appearance) {
         chosen_ = appearance;
         announceChange();
     }
 
-    [[nodiscard]] Publisher<Appearance> changes() const { return changes_.publisher(); }
+    [[nodiscard]] Publisher<UserInterfaceStyle> changes() const { return changes_.publisher(); }
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override {
@@ -61,22 +61,22 @@ private:
     }
 
     QPointer<QCoreApplication> application_;
-    std::optional<Appearance> chosen_;
-    Appearance known_;
-    PassthroughSubject<Appearance> changes_;
+    std::optional<UserInterfaceStyle> chosen_;
+    UserInterfaceStyle known_;
+    PassthroughSubject<UserInterfaceStyle> changes_;
 };
 
 } // namespace
 
-Appearance CurrentAppearance::get() {
+UserInterfaceStyle CurrentAppearance::get() {
     return AppearanceWatch::instance().current();
 }
 
-void CurrentAppearance::choose(std::optional<Appearance> appearance) {
+void CurrentAppearance::choose(std::optional<UserInterfaceStyle> appearance) {
     AppearanceWatch::instance().choose(appearance);
 }
 
-Publisher<Appearance> CurrentAppearance::changes() {
+Publisher<UserInterfaceStyle> CurrentAppearance::changes() {
     return AppearanceWatch::instance().changes();
 }
 
