@@ -4,6 +4,7 @@
 #include <TovrelContracts/Service.hpp>
 
 #include <memory>
+#include <vector>
 
 namespace tovrel {
 
@@ -16,6 +17,9 @@ public:
 
     /// The main window; null when there is none.
     [[nodiscard]] virtual std::shared_ptr<Window> window() const = 0;
+
+    /// Every window, none of them null, in the application's order; the main window alone unless overridden.
+    [[nodiscard]] virtual std::vector<std::shared_ptr<Window>> windows() const;
 
 protected:
     Application();

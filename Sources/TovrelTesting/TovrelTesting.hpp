@@ -35,4 +35,5 @@
 #include <TovrelTesting/SignIn/IdentityProviderOptions.hpp>
 #include <TovrelTesting/SignIn/IdentityTokenError.hpp>
 #include <TovrelTesting/SignIn/IdentityUser.hpp>
+#include <TovrelTesting/SignIn/ScriptedAuthorizationProvider.hpp>
 #include <TovrelTesting/SignIn/SignInRelay.hpp>

@@ -51,12 +51,15 @@
 #include <TovrelWebServices/SignIn/AuthorizationPresentation.hpp>
 #include <TovrelWebServices/SignIn/AuthorizationProvider.hpp>
 #include <TovrelWebServices/SignIn/AuthorizationRequest.hpp>
+#include <TovrelWebServices/SignIn/DefaultTovrelAppleSignInService.hpp>
 #include <TovrelWebServices/SignIn/PersonNameComponents.hpp>
+#include <TovrelWebServices/SignIn/TovrelAccountTopPresentedScreenHelper.hpp>
 #include <TovrelWebServices/SignIn/TovrelAppleCredentialState.hpp>
 #include <TovrelWebServices/SignIn/TovrelAppleSignInButtonConfig.hpp>
 #include <TovrelWebServices/SignIn/TovrelAppleSignInButtonViewModel.hpp>
 #include <TovrelWebServices/SignIn/TovrelAppleSignInError.hpp>
 #include <TovrelWebServices/SignIn/TovrelAppleSignInService.hpp>
+#include <TovrelWebServices/SignIn/TovrelAppleSignInServiceProvider.hpp>
 #include <TovrelWebServices/SignIn/TovrelSignInButtonType.hpp>
 #include <TovrelWebServices/SignIn/TovrelSignInCustomButton.hpp>
 #include <TovrelWebServices/Support/LocalizedString.hpp>
