@@ -64,12 +64,12 @@ DefaultTovrelAppleSignInService::credentialState(Self self, TovrelAccountsClient
     if (!user) {
         co_return std::nullopt;
     }
-    std::optional<TovrelAppleCredentialState> state = TovrelAppleCredentialState::notFound;
     try {
-        state = co_await self->provider_->credentialState(*user);
-    } catch (...) { // NOLINT(bugprone-empty-catch): a provider that cannot tell knows no such user
+        const TovrelAppleCredentialState state = co_await self->provider_->credentialState(*user);
+        co_return state;
+    } catch (...) {
+        co_return TovrelAppleCredentialState::notFound;
     }
-    co_return state;
 }
 
 void DefaultTovrelAppleSignInService::requestAuthorization(Completion completion) {
