@@ -1,3 +1,4 @@
+#include <Platform/Coding/JSONEncoder.hpp>
 #include <TovrelTesting/Accounts/AccountsServer.hpp>
 #include <TovrelTesting/Accounts/Private/AccountsServerState.hpp>
 #include <TovrelTesting/Accounts/Private/LogoutEndpoint.hpp>
@@ -96,6 +97,23 @@ void AccountsServer::expireRefreshTokens() {
 void AccountsServer::endSessions() {
     const std::lock_guard lock(state_->mutex);
     state_->ledger.end([](const AccountsServerSession&) { return true; });
+}
+
+Data AccountsServer::snapshot() const {
+    AccountsSnapshot snapshot;
+    {
+        const std::lock_guard lock(state_->mutex);
+        state_->ledger.save(snapshot);
+        state_->users.save(snapshot);
+    }
+    return JSONEncoder().encode(snapshot);
+}
+
+void AccountsServer::restore(const Data& snapshot) {
+    const AccountsSnapshot restored = accountsSnapshotFrom(snapshot);
+    const std::lock_guard lock(state_->mutex);
+    state_->ledger.restore(restored);
+    state_->users.restore(restored);
 }
 
 } // namespace tovrel::testing

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <Platform/Coding/Data.hpp>
 #include <Platform/System/Export.hpp>
 #include <TovrelTesting/Accounts/AccountsServerOptions.hpp>
 #include <TovrelTesting/Accounts/AccountsServerRecords.hpp>
@@ -25,7 +26,8 @@ class AccountsServerState;
 /// | `GET /api/v0/profiles/me` | the user's profile in an envelope |
 /// | `DELETE /api/v0/profiles/me?confirm=true` | an empty envelope, and the user is gone with all sessions |
 ///
-/// Clients authenticate with "client_id" and "client_secret" in the body. Refresh tokens rotate. All is kept in memory.
+/// Clients authenticate with "client_id" and "client_secret" in the body. Refresh tokens rotate. All is kept in memory;
+/// `snapshot` and `restore` carry it over.
 /// Thread-safe; what it is attached to keeps its state alive.
 class TOVREL_EXPORT AccountsServer {
 public:
@@ -63,6 +65,13 @@ public:
 
     /// Revokes everything, as a server does that lost its sessions.
     void endSessions();
+
+    /// The users, sessions and tokens of this moment, for another server that is to go on from there. It holds the
+    /// tokens themselves.
+    Data snapshot() const;
+
+    /// Adds what a snapshot of a server with the same clients holds. Throws `DecodingError` if it is none.
+    void restore(const Data& snapshot);
 
 private:
     explicit AccountsServer(const AccountsServerOptions& options);

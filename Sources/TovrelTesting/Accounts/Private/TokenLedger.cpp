@@ -87,6 +87,51 @@ void TokenLedger::end(const std::function<bool(const AccountsServerSession&)>& c
     std::erase_if(refreshTokens_, isOrphan);
 }
 
+void TokenLedger::save(AccountsSnapshot& snapshot) const {
+    for (const auto& [identifier, session] : sessions_) {
+        AccountsSnapshot::Session& saved = snapshot.sessions.emplace_back();
+        saved.identifier = identifier;
+        saved.clientIdentifier = session.clientIdentifier;
+        saved.realm = session.realm.rawValue();
+        saved.userIdentifier = session.userIdentifier;
+        saved.scopes = session.scopes;
+    }
+    for (const auto& [text, token] : accessTokens_) {
+        AccountsSnapshot::AccessToken& saved = snapshot.accessTokens.emplace_back();
+        saved.text = text;
+        saved.session = token.session;
+        saved.scopes = token.scopes;
+        saved.expiry = token.expiry;
+    }
+    for (const auto& [text, token] : refreshTokens_) {
+        AccountsSnapshot::RefreshToken& saved = snapshot.refreshTokens.emplace_back();
+        saved.text = text;
+        saved.session = token.session;
+        saved.expiry = token.expiry;
+        saved.supersededAt = token.supersededAt;
+    }
+}
+
+void TokenLedger::restore(const AccountsSnapshot& snapshot) {
+    for (const AccountsSnapshot::Session& saved : snapshot.sessions) {
+        AccountsServerSession session;
+        session.identifier = saved.identifier;
+        session.clientIdentifier = saved.clientIdentifier;
+        session.realm = restoredRealm(saved.realm);
+        session.userIdentifier = saved.userIdentifier;
+        session.scopes = saved.scopes;
+        sessions_.insert_or_assign(saved.identifier, std::move(session));
+    }
+    for (const AccountsSnapshot::AccessToken& saved : snapshot.accessTokens) {
+        accessTokens_.insert_or_assign(saved.text, AccessToken(saved.session, saved.scopes, saved.expiry));
+    }
+    for (const AccountsSnapshot::RefreshToken& saved : snapshot.refreshTokens) {
+        RefreshToken token(saved.session, saved.expiry);
+        token.supersededAt = saved.supersededAt;
+        refreshTokens_.insert_or_assign(saved.text, std::move(token));
+    }
+}
+
 void TokenLedger::forgetExpired(Date now) {
     const auto isExpired = [now](const auto& entry) { return entry.second.expiry <= now; };
     std::erase_if(accessTokens_, isExpired);

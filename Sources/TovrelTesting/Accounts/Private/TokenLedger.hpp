@@ -3,6 +3,7 @@
 #include <Platform/Coding/Date.hpp>
 #include <TovrelTesting/Accounts/AccountsServerOptions.hpp>
 #include <TovrelTesting/Accounts/AccountsServerRecords.hpp>
+#include <TovrelTesting/Accounts/Private/AccountsSnapshot.hpp>
 
 #include <functional>
 #include <map>
@@ -38,6 +39,11 @@ public:
     void end(const std::function<bool(const AccountsServerSession&)>& condition);
     void expireAccessTokens() { accessTokens_.clear(); }
     void expireRefreshTokens() { refreshTokens_.clear(); }
+
+    /// Writes its part of the snapshot.
+    void save(AccountsSnapshot& snapshot) const;
+    /// Adds what was saved.
+    void restore(const AccountsSnapshot& snapshot);
 
 private:
     struct AccessToken {

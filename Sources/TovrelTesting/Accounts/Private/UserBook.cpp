@@ -48,4 +48,32 @@ void UserBook::remove(const std::string& identifier) {
     std::erase_if(users_, [&](const AccountsServerUser& user) { return user.identifier == identifier; });
 }
 
+void UserBook::save(AccountsSnapshot& snapshot) const {
+    for (const AccountsServerUser& user : users_) {
+        AccountsSnapshot::User& saved = snapshot.users.emplace_back();
+        saved.identifier = user.identifier;
+        saved.realm = user.realm.rawValue();
+        saved.issuerAlias = user.issuerAlias;
+        saved.subject = user.subject;
+        saved.firstName = user.firstName;
+        saved.lastName = user.lastName;
+        saved.email = user.email;
+        saved.creationDate = user.creationDate;
+    }
+}
+
+void UserBook::restore(const AccountsSnapshot& snapshot) {
+    for (const AccountsSnapshot::User& saved : snapshot.users) {
+        AccountsServerUser& user = users_.emplace_back();
+        user.identifier = saved.identifier;
+        user.realm = restoredRealm(saved.realm);
+        user.issuerAlias = saved.issuerAlias;
+        user.subject = saved.subject;
+        user.firstName = saved.firstName;
+        user.lastName = saved.lastName;
+        user.email = saved.email;
+        user.creationDate = saved.creationDate;
+    }
+}
+
 } // namespace tovrel::testing

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <TovrelTesting/Accounts/AccountsServerRecords.hpp>
+#include <TovrelTesting/Accounts/Private/AccountsSnapshot.hpp>
 
 #include <optional>
 #include <string>
@@ -21,6 +22,11 @@ public:
     std::optional<AccountsServerUser> find(const std::string& identifier) const;
     void remove(const std::string& identifier);
     const std::vector<AccountsServerUser>& all() const noexcept { return users_; }
+
+    /// Writes its part of the snapshot.
+    void save(AccountsSnapshot& snapshot) const;
+    /// Adds who was saved.
+    void restore(const AccountsSnapshot& snapshot);
 
 private:
     std::vector<AccountsServerUser> users_;
