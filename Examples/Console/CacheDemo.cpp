@@ -2,6 +2,7 @@
 
 #include "DemoBackEnd.hpp"
 #include "Journal.hpp"
+#include "OtherProcess.hpp"
 
 #include <Platform/Concurrency/Clock.hpp>
 #include <Platform/Concurrency/Start.hpp>
@@ -10,12 +11,8 @@
 #include <TovrelWebServices/TovrelWebServices.hpp>
 
 #include <chrono>
-#include <cstdlib>
-#include <iostream>
 #include <memory>
 #include <string>
-#include <sys/wait.h>
-#include <unistd.h>
 
 using namespace tovrel;
 using tovrel::testing::LocalBackEnd;
@@ -59,21 +56,6 @@ void printSent(LocalBackEnd& backEnd) {
     backEnd.clearRequests();
 }
 
-/// Runs this program again and waits for it.
-void readInAnotherProcess(const std::filesystem::path& directory) {
-    std::cout.flush();
-    const pid_t child = fork();
-    if (child == 0) {
-        const std::string path = directory.string();
-        execl("/proc/self/exe", "console_demo", "read-cache", path.c_str(), static_cast<char*>(nullptr));
-        _exit(127);
-    }
-    int status = 0;
-    if (child < 0 || waitpid(child, &status, 0) != child || status != 0) {
-        throw std::runtime_error("the other process could not read the cache");
-    }
-}
-
 } // namespace
 
 void demonstrateCache(LocalBackEnd& backEnd) {
@@ -86,7 +68,7 @@ void demonstrateCache(LocalBackEnd& backEnd) {
 
     journal::heading("The same in a new process, which finds it on disk");
     provider.reset(); // what is stored is on disk from here on
-    readInAnotherProcess(backEnd.cacheDirectory());
+    runAgain({"read-cache", backEnd.cacheDirectory().string()});
 
     journal::heading("Other sizes at run time, and a response that the back end has to confirm");
     provider = TovrelURLSessionProvider::make(configuration);
@@ -101,9 +83,8 @@ void demonstrateCache(LocalBackEnd& backEnd) {
     load(TovrelURLSessionProvider::make(offline));
 }
 
-int readCacheOfAnotherProcess(const std::filesystem::path& directory) {
+void readCacheOfAnotherProcess(const std::filesystem::path& directory) {
     URLSessionConfiguration configuration;
     configuration.cacheDirectory = directory;
     load(TovrelURLSessionProvider::make(configuration), Policy::returnCacheDataDontLoad);
-    return 0;
 }

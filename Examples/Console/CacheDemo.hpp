@@ -9,4 +9,4 @@
 void demonstrateCache(tovrel::testing::LocalBackEnd& backEnd);
 
 /// What that other process does: it knows the directory of the cache and nothing of the back end.
-int readCacheOfAnotherProcess(const std::filesystem::path& directory);
+void readCacheOfAnotherProcess(const std::filesystem::path& directory);

@@ -23,6 +23,9 @@ struct Item {
     }
 };
 
+/// The record in one line.
+std::string described(const Item& item);
+
 /// What a client sends to add a record.
 struct NewItem {
     std::string title;

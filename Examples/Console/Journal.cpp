@@ -32,6 +32,10 @@ void body(std::string_view text) {
 
 namespace journal {
 
+void part(std::string_view text) {
+    std::cout << "\n" << text << '\n';
+}
+
 void heading(std::string_view text) {
     std::cout << "\n== " << text << '\n';
 }
@@ -47,6 +51,10 @@ void sent(const ReceivedRequest& request) {
         std::cout << "      " << header.name << ": " << header.value << '\n';
     }
     body(request.body);
+}
+
+void sentTo(const ReceivedRequest& request) {
+    std::cout << "   → " << request.method << " https://" << request.host << request.path() << '\n';
 }
 
 void received(std::int64_t statusCode, const tovrel::HTTPHeaders& headers, const std::optional<tovrel::Data>& data) {
