@@ -1,7 +1,10 @@
 #include <TovrelWebServices/SignIn/AuthorizationProvider.hpp>
+#include <TovrelWebServices/SignIn/SignInServiceTest.hpp>
+#include <TovrelWebServices/SignIn/TovrelAppleSignInServiceProvider.hpp>
 
 #include <gtest/gtest.h>
 
+#include <cstdlib>
 #include <memory>
 #include <string>
 
@@ -47,6 +50,22 @@ TEST(AuthorizationProviderDeathTest, IsSetOnce) {
             AuthorizationProvider::setDefault(std::make_shared<UnusedProvider>());
         },
         "The authorization provider is set once\\.");
+}
+
+TEST(AuthorizationProviderDeathTest, ServesASignInServiceThatIsGivenNoOther) {
+    // In a process of its own, since the provider is set for good.
+    EXPECT_EXIT(
+        {
+            const auto provider = std::make_shared<UnusedProvider>();
+            AuthorizationProvider::setDefault(provider);
+            const Registration<TovrelAccountsWebService> accounts(
+                testing::FakeTovrelAccountsWebService::make(testing::FakeWebRequestExecutor::make()));
+            Services services;
+            TovrelAppleSignInServiceProvider().register_(services);
+            const bool isRegistered = services.safeGet<TovrelAppleSignInService>() != nullptr;
+            std::_Exit(isRegistered && provider.use_count() > 2 ? 0 : 1);
+        },
+        ::testing::ExitedWithCode(0), "");
 }
 
 } // namespace tovrel::tests

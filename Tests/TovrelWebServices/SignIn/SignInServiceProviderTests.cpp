@@ -3,8 +3,6 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdlib>
-
 namespace tovrel::tests {
 
 namespace {
@@ -60,20 +58,6 @@ TEST_F(SignInServiceProviderDeathTest, RegistersAfterTheAccountsServiceOnly) {
 
 TEST_F(SignInServiceProviderDeathTest, NeedsAnAuthorizationProvider) {
     EXPECT_DEATH(TovrelAppleSignInServiceProvider(), "The host has set no authorization provider\\.");
-}
-
-TEST_F(SignInServiceProviderDeathTest, TakesTheProcessesAuthorizationProviderUnlessGivenOne) {
-    // In a process of its own, since the provider is set for good.
-    EXPECT_EXIT(
-        {
-            AuthorizationProvider::setDefault(provider_);
-            const bool isSame = AuthorizationProvider::default_() == provider_;
-            Services services;
-            TovrelAppleSignInServiceProvider().register_(services);
-            const bool isRegistered = services.safeGet<TovrelAppleSignInService>() != nullptr;
-            std::_Exit(isSame && isRegistered ? 0 : 1);
-        },
-        ::testing::ExitedWithCode(0), "");
 }
 
 } // namespace tovrel::tests
