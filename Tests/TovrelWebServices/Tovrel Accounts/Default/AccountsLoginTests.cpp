@@ -212,6 +212,43 @@ TEST_F(AccountsLogin, RefusesAnswersThatAreNoToken) {
     EXPECT_EQ(clientIdentifierInStorage(), std::nullopt);
 }
 
+TEST_F(AccountsLogin, StoresNothingOfATokenThatLacksOrMistypesARequiredMember) {
+    observe();
+    const std::map<std::string, std::string> members{{"access_token", R"("canary-new")"}, {"expires_in", "300"},
+                                                     {"refresh_expires_in", "1800"},      {"token_type", R"("Bearer")"},
+                                                     {"not-before-policy", "0"},          {"scope", R"("content")"}};
+    const auto respond = [&](const std::string& changed, const std::optional<std::string>& value) {
+        std::string json;
+        for (const auto& [name, usual] : members) {
+            const std::optional<std::string> text = name == changed ? value : usual;
+            if (text) {
+                json += (json.empty() ? "{\"" : ",\"") + name + "\":" + *text;
+            }
+        }
+        server_->answer(tokenLine, 200, json + R"(,"id_token":"h.e30=.s"})");
+    };
+    for (const auto& [name, usual] : members) {
+        for (const std::optional<std::string>& value :
+             std::vector<std::optional<std::string>>{std::nullopt, "null", "[]", "{}", "true"}) {
+            respond(name, value);
+            EXPECT_TRUE(errorOf<DecodingError>(service_->loginWithClient())) << name;
+            store(storedToken());
+            advance(300.0);
+            EXPECT_TRUE(errorOf<DecodingError>(service_->retrieveAccessToken())) << name;
+            advance(-300.0);
+            EXPECT_EQ(tokenInStorage(), storedToken()) << name;
+            EXPECT_TRUE(errorOf<DecodingError>(service_->loginWithApple("t", "u", std::nullopt))) << name;
+            EXPECT_EQ(tokenInStorage(), storedToken()) << name;
+            EXPECT_EQ(getInTime(storage_->userProfile(client_)), std::nullopt) << name;
+            EXPECT_EQ(journal_->take(), Steps{"setAppleSignInUser"}) << name;
+            getInTime(storage_->removeToken(client_));
+            static_cast<void>(journal_->take());
+        }
+    }
+    respond("", std::nullopt);
+    EXPECT_EQ(getInTime(service_->loginWithClient()).accessToken, "canary-new");
+}
+
 TEST_F(AccountsLogin, PassesTransportFailuresOn) {
     server_->answer(tokenLine, []() -> WebResponse { throw WebServiceError::timedOut(); });
     EXPECT_EQ(errorOf<WebServiceError>(service_->loginWithClient()), WebServiceError::timedOut());
