@@ -1,31 +1,32 @@
 #!/usr/bin/env python3
-"""Checks that README.md shows the program that is compiled as Examples/Readme, word for word."""
+"""Checks that README.md shows the programs that are compiled in Examples/Readme, word for word."""
 
 import re
 
 import house
 
-PROGRAM = house.ROOT / "Examples/Readme/main.cpp"
+PROGRAMS = "Examples/Readme/*.cpp"
 README = house.ROOT / "README.md"
 MARKED = re.compile(r"^// \[readme\]\n(.*?)^// \[readme\]$", re.MULTILINE | re.DOTALL)
 SHOWN = re.compile(r"^```cpp\n(.*?)^```$", re.MULTILINE | re.DOTALL)
 
 
-def findings_in(readme, program):
-    """Line and message, when the first C++ snippet of the page is not the marked part of the program."""
-    marked = MARKED.search(program)
-    shown = SHOWN.search(readme)
+def findings_in(readme, programs):
+    """Lines and messages: the page shows nothing but the marked parts of the programs, and all of them."""
+    marked = {match[1].strip() for program in programs for match in MARKED.finditer(program)}
+    shown = {match[1].strip(): house.line_of(readme, match.start()) for match in SHOWN.finditer(readme)}
+    found = [(line, f"is no marked part of a program in {PROGRAMS}")
+             for snippet, line in shown.items() if snippet not in marked]
     if not marked:
-        return [(1, "the program marks no part with // [readme]")]
-    if not shown:
-        return [(1, "the page shows no C++")]
-    if marked[1].strip() != shown[1].strip():
-        return [(house.line_of(readme, shown.start()), f"differs from {PROGRAM.relative_to(house.ROOT)}")]
-    return []
+        found.append((1, f"no program in {PROGRAMS} marks a part with // [readme]"))
+    if marked - shown.keys():
+        found.append((1, f"does not show every marked part of {PROGRAMS}"))
+    return found
 
 
 def main():
-    found = findings_in(README.read_text(), PROGRAM.read_text())
+    programs = [path.read_text() for path in house.tracked_files(PROGRAMS)]
+    found = findings_in(README.read_text(), programs)
     house.report([(README.relative_to(house.ROOT), line, message) for line, message in found])
 
 

@@ -154,20 +154,21 @@ class UmbrellaHeaderCheck(unittest.TestCase):
 
 
 class ReadmeCheck(unittest.TestCase):
-    PROGRAM = textwrap.dedent("""\
-        // [readme]
-        int main() {}
-        // [readme]
-        """)
+    PROGRAMS = ["// [readme]\nint main() {}\n// [readme]\n", "#include <a>\n// [readme]\nint f();\n// [readme]\n"]
+    PAGE = "```cpp\nint main() {}\n```\nText.\n```cpp\nint f();\n```\n"
 
-    def test_finds_a_snippet_that_differs_from_the_program(self):
-        self.assertTrue(check_readme.findings_in("```cpp\nint main() { return 1; }\n```\n", self.PROGRAM))
+    def test_finds_a_snippet_that_differs_from_the_programs(self):
+        found = check_readme.findings_in(self.PAGE + "```cpp\nint g();\n```\n", self.PROGRAMS)
+        self.assertEqual([line for line, _ in found], [8])
 
-    def test_finds_a_missing_snippet(self):
-        self.assertTrue(check_readme.findings_in("No code.\n", self.PROGRAM))
+    def test_finds_a_program_that_is_not_shown(self):
+        self.assertTrue(check_readme.findings_in("```cpp\nint f();\n```\n", self.PROGRAMS))
 
-    def test_lets_an_equal_snippet_pass(self):
-        self.assertEqual(check_readme.findings_in("```cpp\nint main() {}\n```\n", self.PROGRAM), [])
+    def test_finds_that_no_part_is_marked(self):
+        self.assertTrue(check_readme.findings_in("No code.\n", ["int main() {}\n"]))
+
+    def test_lets_equal_snippets_pass(self):
+        self.assertEqual(check_readme.findings_in(self.PAGE, self.PROGRAMS), [])
 
 
 if __name__ == "__main__":
