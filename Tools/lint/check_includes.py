@@ -52,7 +52,7 @@ ASYNC_INCLUDES = {
 # The one room that knows the toolkit, and how it names the toolkit's headers.
 TOOLKIT_FOLDER = "TovrelWebServices/AccountScreens/"
 SCREENS_UMBRELLA = TOOLKIT_FOLDER + "AccountScreens.hpp"
-TOOLKIT_HEADER = re.compile(r"Qt[A-Z][A-Za-z]*/[A-Za-z]+")
+TOOLKIT_HEADER = re.compile(r"Qt[A-Z][A-Za-z]*/[A-Za-z]+(\.h)?")
 STANDARD_HEADER = re.compile(r"[a-z_0-9]+(\.h)?")
 
 

@@ -3,6 +3,7 @@
 /// @file
 /// All of AccountScreens.
 
+#include <TovrelWebServices/AccountScreens/Alert.hpp>
 #include <TovrelWebServices/AccountScreens/AnyView.hpp>
 #include <TovrelWebServices/AccountScreens/Color.hpp>
 #include <TovrelWebServices/AccountScreens/ColorResource.hpp>
@@ -11,4 +12,14 @@
 #include <TovrelWebServices/AccountScreens/Image.hpp>
 #include <TovrelWebServices/AccountScreens/NavigationBarItem.hpp>
 #include <TovrelWebServices/AccountScreens/QtMainActor.hpp>
+#include <TovrelWebServices/AccountScreens/ScreenLanguage.hpp>
+#include <TovrelWebServices/AccountScreens/TovrelAppleSignInButton.hpp>
+#include <TovrelWebServices/AccountScreens/TovrelSignInButton.hpp>
+#include <TovrelWebServices/AccountScreens/TovrelUserAccountAlert.hpp>
+#include <TovrelWebServices/AccountScreens/TovrelUserAccountAlertManageable.hpp>
 #include <TovrelWebServices/AccountScreens/TovrelUserAccountConfiguration.hpp>
+#include <TovrelWebServices/AccountScreens/TovrelUserAccountManageViewModel.hpp>
+#include <TovrelWebServices/AccountScreens/TovrelUserAccountObservers.hpp>
+#include <TovrelWebServices/AccountScreens/TovrelUserAccountSignInViewModel.hpp>
+#include <TovrelWebServices/AccountScreens/TovrelUserAccountViewModel.hpp>
+#include <TovrelWebServices/AccountScreens/TovrelUserAccountViewState.hpp>

@@ -2,7 +2,12 @@
 
 #include <TovrelWebServices/Support/ResourceBundle.hpp>
 
+#include <map>
+#include <memory>
 #include <QtCore/QJsonObject>
+#include <string>
+
+class QTranslator;
 
 namespace tovrel {
 
@@ -10,6 +15,7 @@ namespace tovrel {
 class QtResourceBundle final : public ResourceBundle {
 public:
     QtResourceBundle();
+    ~QtResourceBundle() override;
 
     [[nodiscard]] std::optional<std::string> localizedString(std::string_view key,
                                                              std::string_view table) const override;
@@ -17,6 +23,7 @@ public:
 
 private:
     QJsonObject colors_;
+    std::map<std::string, std::unique_ptr<const QTranslator>> tables_; // by language
 };
 
 } // namespace tovrel
