@@ -28,6 +28,14 @@ if(NOT BUILD_SHARED_LIBS)
   target_compile_definitions(tovrel_build_options INTERFACE BOOST_ASIO_SEPARATE_COMPILATION)
 endif()
 
+# Most of the library waits for a network: it is compiled small, and only what runs for each byte or request fast.
+add_library(tovrel_size_options INTERFACE)
+target_compile_options(tovrel_size_options INTERFACE $<$<CONFIG:Release>:-Os -ffunction-sections -fdata-sections>)
+target_link_options(tovrel_size_options INTERFACE $<$<CONFIG:Release>:LINKER:--gc-sections>)
+function(tovrel_compile_fast target)
+  set_source_files_properties(${ARGN} TARGET_DIRECTORY ${target} PROPERTIES COMPILE_OPTIONS $<$<CONFIG:Release>:-O3>)
+endfunction()
+
 if(TOVREL_SANITIZERS)
   add_compile_options(-fsanitize=${TOVREL_SANITIZERS} -fno-omit-frame-pointer)
   add_link_options(-fsanitize=${TOVREL_SANITIZERS})

@@ -109,7 +109,7 @@ KeychainTovrelAccountsStorage::KeychainTovrelAccountsStorage(Keychain keychain) 
 KeychainTovrelAccountsStorage::~KeychainTovrelAccountsStorage() = default;
 
 Async<std::optional<TovrelAccountsToken>> KeychainTovrelAccountsStorage::token(TovrelAccountsClient client) {
-    return isolated(readPropertyList<TovrelAccountsToken>(keychain_, keyOf(client, tokenSuffix)));
+    return readPropertyList<TovrelAccountsToken>(keychain_, keyOf(client, tokenSuffix));
 }
 
 Async<void> KeychainTovrelAccountsStorage::removeToken(TovrelAccountsClient client) {
@@ -118,12 +118,12 @@ Async<void> KeychainTovrelAccountsStorage::removeToken(TovrelAccountsClient clie
 
 Async<std::optional<TovrelAccountsUserProfile>>
 KeychainTovrelAccountsStorage::userProfile(TovrelAccountsClient client) {
-    return isolated(readPropertyList<TovrelAccountsUserProfile>(keychain_, keyOf(client, userProfileSuffix)));
+    return readPropertyList<TovrelAccountsUserProfile>(keychain_, keyOf(client, userProfileSuffix));
 }
 
 Async<std::optional<TovrelAccountsUserProfile>>
 KeychainTovrelAccountsStorage::appleUserProfile(TovrelAccountsClient client) {
-    return isolated(readPropertyList<TovrelAccountsUserProfile>(keychain_, keyOf(client, appleUserProfileSuffix)));
+    return readPropertyList<TovrelAccountsUserProfile>(keychain_, keyOf(client, appleUserProfileSuffix));
 }
 
 Async<void> KeychainTovrelAccountsStorage::setAppleUserProfile(TovrelAccountsClient client,
@@ -141,7 +141,7 @@ Async<void> KeychainTovrelAccountsStorage::setUserProfile(TovrelAccountsClient c
 }
 
 Async<std::optional<std::string>> KeychainTovrelAccountsStorage::clientIdentifier(TovrelAccountsClient client) {
-    return isolated(readString(keychain_, keyOf(client, clientIdentifierSuffix)));
+    return readString(keychain_, keyOf(client, clientIdentifierSuffix));
 }
 
 Async<void> KeychainTovrelAccountsStorage::setClientIdentifier(TovrelAccountsClient client) {
@@ -153,7 +153,7 @@ Async<void> KeychainTovrelAccountsStorage::removeClientIdentifier(TovrelAccounts
 }
 
 Async<std::optional<std::string>> KeychainTovrelAccountsStorage::appleSignInUser(TovrelAccountsClient client) {
-    return isolated(readString(keychain_, keyOf(client, appleUserSuffix)));
+    return readString(keychain_, keyOf(client, appleUserSuffix));
 }
 
 Async<void> KeychainTovrelAccountsStorage::setAppleSignInUser(std::string user, TovrelAccountsClient client) {

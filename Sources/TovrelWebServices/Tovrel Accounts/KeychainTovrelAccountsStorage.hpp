@@ -12,6 +12,9 @@ namespace tovrel {
 
 /// Keeps everything in the keychain: tokens and profiles as binary property lists, the rest as text.
 ///
+/// An actor for changes. A read is one operation of the keychain, which is serial itself, so it goes there directly and
+/// from the keychain's memory where the caller is.
+///
 /// What the keychain cannot read now (locked, out of reach, damaged) is absent here and left where it is. A write or a
 /// removal that fails is reported to the library's log, without what was to be stored.
 class TOVREL_EXPORT KeychainTovrelAccountsStorage final : public TovrelAccountsStorage, private Actor {
