@@ -59,13 +59,4 @@ TEST(TovrelAccountsWebServiceProvider, PassesTheContainersRefusalOn) {
     EXPECT_EQ(services.safeGet<TovrelAccountsWebService>(), service);
 }
 
-TEST(TovrelAccountsWebServiceProvider, KeepsTokensInTheKeychainUnlessToldOtherwise) {
-    const auto executor = FakeWebRequestExecutor::make();
-    TovrelAccountsWebServiceProvider provider(FakeTovrelAccountsWebService::exampleClient(), TovrelAppIdentifier("wx"),
-                                              executor, versionedBundle("5.2.1"));
-    Services services;
-    provider.register_(services);
-    EXPECT_EQ(services.safeGet<TovrelAccountsWebService>()->executor(), executor);
-}
-
 } // namespace tovrel::tests

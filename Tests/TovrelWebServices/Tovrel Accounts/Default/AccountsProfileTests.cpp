@@ -3,6 +3,7 @@
 #include <QZFrameworkCoreLogic/Services.hpp>
 #include <TovrelWebServices/Tovrel Accounts/Default/AccountsServiceTest.hpp>
 
+#include <stdexcept>
 #include <Support/UserAgent.hpp>
 
 namespace tovrel::tests {
@@ -175,6 +176,13 @@ TEST_F(AccountsLoginStatus, IsLoggedOutUnlessTheCredentialIsAuthorized) {
     appleSignIn_ = nullptr;
     EXPECT_FALSE(getInTime(service_->isLoggedIn(appleSignIn)));
     EXPECT_FALSE(getInTime(service_->userHasSignedUp(appleSignIn)));
+    EXPECT_TRUE(allTasksEnd());
+}
+
+TEST_F(AccountsLoginStatus, FailsWithTheErrorOfAQuestionThatFails) {
+    store(storedToken());
+    appleSignIn_->failure = std::make_exception_ptr(std::domain_error("no answer"));
+    EXPECT_THROW(getInTime(service_->isLoggedIn(appleSignIn)), std::domain_error);
     EXPECT_TRUE(allTasksEnd());
 }
 

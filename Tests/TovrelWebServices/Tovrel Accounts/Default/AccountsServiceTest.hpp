@@ -229,18 +229,23 @@ private:
 class ScriptedAppleSignIn final : public TovrelAppleSignInService {
 public:
     Async<std::optional<TovrelAppleCredentialState>> getCredentialState(TovrelAccountsClient /*client*/) override {
-        return tell(gate, state);
+        return tell(gate, state, failure);
     }
     void requestAuthorization(Completion /*completion*/) override { ADD_FAILURE() << "nobody signs in here"; }
 
     std::optional<TovrelAppleCredentialState> state = TovrelAppleCredentialState::authorized;
     std::shared_ptr<Event> gate;
+    /// Thrown in place of an answer.
+    std::exception_ptr failure;
 
 private:
-    static Async<std::optional<TovrelAppleCredentialState>> tell(std::shared_ptr<Event> gate,
-                                                                 std::optional<TovrelAppleCredentialState> state) {
+    static Async<std::optional<TovrelAppleCredentialState>>
+    tell(std::shared_ptr<Event> gate, std::optional<TovrelAppleCredentialState> state, std::exception_ptr failure) {
         if (gate) {
             co_await shielded(Event::wait(std::move(gate)));
+        }
+        if (failure) {
+            std::rethrow_exception(failure);
         }
         co_return state;
     }
