@@ -20,6 +20,10 @@
 #include <TovrelWebServices/AccountScreens/TovrelUserAccountConfiguration.hpp>
 #include <TovrelWebServices/AccountScreens/TovrelUserAccountManageViewModel.hpp>
 #include <TovrelWebServices/AccountScreens/TovrelUserAccountObservers.hpp>
+#include <TovrelWebServices/AccountScreens/TovrelUserAccountScreens.hpp>
 #include <TovrelWebServices/AccountScreens/TovrelUserAccountSignInViewModel.hpp>
+#include <TovrelWebServices/AccountScreens/TovrelUserAccountsType.hpp>
+#include <TovrelWebServices/AccountScreens/TovrelUserAccountView.hpp>
+#include <TovrelWebServices/AccountScreens/TovrelUserAccountViewBuilder.hpp>
 #include <TovrelWebServices/AccountScreens/TovrelUserAccountViewModel.hpp>
 #include <TovrelWebServices/AccountScreens/TovrelUserAccountViewState.hpp>
