@@ -17,9 +17,6 @@ namespace tovrel {
 ///
 /// What the keychain cannot read now (locked, out of reach, damaged) is absent here and left where it is. A write or a
 /// removal that fails is reported to the library's log, without what was to be stored.
-///
-/// Changes are made one step at a time. A read asks the keychain where the caller is, so that what the keychain
-/// remembers costs no change of threads.
 class TOVREL_EXPORT KeychainTovrelAccountsStorage final : public TovrelAccountsStorage, private Actor {
 public:
     static std::shared_ptr<KeychainTovrelAccountsStorage> make(Keychain keychain);
