@@ -24,25 +24,31 @@ std::vector<std::string> allHosts() {
     return hosts;
 }
 
+std::string address(const std::string& host, std::string_view path) {
+    return "https://" + host + std::string(path);
+}
+
 SignInRelayOptions relayOptions(const AccountsServerOptions& accounts) {
     SignInRelayOptions options;
     options.clock = accounts.clock;
     return options;
 }
 
-/// Null where the accounts server trusts nobody.
-std::shared_ptr<IdentityProvider> makeIdentityProvider(const AccountsServerOptions& accounts) {
-    if (accounts.identityIssuers.empty()) {
-        return nullptr;
-    }
-    const TrustedIdentityIssuer& trusted = accounts.identityIssuers.front();
+std::shared_ptr<IdentityProvider> makeIdentityProvider(const TrustedIdentityIssuer& trusted,
+                                                       const AccountsServerOptions& accounts) {
     std::vector<std::string> relays;
     for (const std::string& host : LocalDeployment::accountsHosts()) {
-        relays.push_back("https://" + host + SignInRelay::callbackPath);
+        relays.push_back(address(host, SignInRelay::callbackPath));
     }
     IdentityProviderOptions options(trusted.issuer, trusted.audience, std::move(relays));
     options.clock = accounts.clock;
     return IdentityProvider::make(options);
+}
+
+void requireIssuer(const std::optional<TrustedIdentityIssuer>& issuer) {
+    if (!issuer) {
+        fatalError("the accounts options name no identity issuer, so there is no identity provider");
+    }
 }
 
 } // namespace
@@ -52,13 +58,14 @@ LocalDeployment::LocalDeployment(const AccountsServerOptions& accounts, const Co
     : backEnd_(LocalBackEnd::start(backEnd)),
       accounts_(AccountsServer::make(accounts)),
       content_(ContentServer::make(accounts_, content)),
-      relay_(SignInRelay::make(relayOptions(accounts))),
-      identityProvider_(makeIdentityProvider(accounts)) {
+      relay_(SignInRelay::make(relayOptions(accounts))) {
     accounts_->attach(*backEnd_, accountsHosts());
     content_->attachApi(*backEnd_, apiHosts());
     content_->attachCdn(*backEnd_, cdnHosts());
     relay_->attach(*backEnd_, accountsHosts());
-    if (identityProvider_) {
+    if (!accounts.identityIssuers.empty()) {
+        identityIssuer_ = accounts.identityIssuers.front();
+        identityProvider_ = makeIdentityProvider(*identityIssuer_, accounts);
         identityProvider_->attach(*backEnd_, identityHosts());
     }
 }
@@ -89,10 +96,17 @@ std::vector<std::string> LocalDeployment::identityHosts() {
 }
 
 IdentityProvider& LocalDeployment::identityProvider() {
-    if (!identityProvider_) {
-        fatalError("the accounts options name no identity issuer, so there is no identity provider");
-    }
+    requireIssuer(identityIssuer_);
     return *identityProvider_;
+}
+
+WebAuthorizationConfiguration LocalDeployment::webAuthorizationConfiguration() const {
+    requireIssuer(identityIssuer_);
+    const std::string accountsHost = accountsHosts().back();
+    return WebAuthorizationConfiguration(*URL::parse(address(identityHosts().front(), IdentityProvider::authorizePath)),
+                                         *URL::parse(address(accountsHost, SignInRelay::callbackPath)),
+                                         *URL::parse(address(accountsHost, SignInRelay::exchangePath)),
+                                         identityIssuer_->audience, identityIssuer_->issuer->name());
 }
 
 URLSessionConfiguration LocalDeployment::sessionConfiguration() const {

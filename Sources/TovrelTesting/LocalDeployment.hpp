@@ -7,8 +7,10 @@
 #include <TovrelTesting/LocalBackEnd.hpp>
 #include <TovrelTesting/SignIn/IdentityProvider.hpp>
 #include <TovrelTesting/SignIn/SignInRelay.hpp>
+#include <TovrelWebServices/SignIn/Web/WebAuthorizationConfiguration.hpp>
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -42,6 +44,10 @@ public:
 
     SignInRelay& relay() noexcept { return *relay_; }
 
+    /// What signing in with a browser needs here, with the relay of the production stage. Stops the process where there
+    /// is no identity provider.
+    [[nodiscard]] WebAuthorizationConfiguration webAuthorizationConfiguration() const;
+
     /// A session configuration for which the back end is all these hosts.
     [[nodiscard]] URLSessionConfiguration sessionConfiguration() const;
 
@@ -53,6 +59,7 @@ private:
     std::shared_ptr<AccountsServer> accounts_;
     std::shared_ptr<ContentServer> content_;
     std::shared_ptr<SignInRelay> relay_;
+    std::optional<TrustedIdentityIssuer> identityIssuer_;
     std::shared_ptr<IdentityProvider> identityProvider_;
 };
 

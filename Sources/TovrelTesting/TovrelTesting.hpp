@@ -29,6 +29,7 @@
 #include <TovrelTesting/ReceivedRequest.hpp>
 #include <TovrelTesting/ScriptedEnvelopes.hpp>
 #include <TovrelTesting/ScriptedResponse.hpp>
+#include <TovrelTesting/SignIn/FakeBrowserOpener.hpp>
 #include <TovrelTesting/SignIn/IdentityClaims.hpp>
 #include <TovrelTesting/SignIn/IdentityIssuer.hpp>
 #include <TovrelTesting/SignIn/IdentityProvider.hpp>

@@ -62,6 +62,10 @@
 #include <TovrelWebServices/SignIn/TovrelAppleSignInServiceProvider.hpp>
 #include <TovrelWebServices/SignIn/TovrelSignInButtonType.hpp>
 #include <TovrelWebServices/SignIn/TovrelSignInCustomButton.hpp>
+#include <TovrelWebServices/SignIn/Web/BrowserOpener.hpp>
+#include <TovrelWebServices/SignIn/Web/SystemBrowserOpener.hpp>
+#include <TovrelWebServices/SignIn/Web/WebAuthorizationConfiguration.hpp>
+#include <TovrelWebServices/SignIn/Web/WebAuthorizationProvider.hpp>
 #include <TovrelWebServices/Support/LocalizedString.hpp>
 #include <TovrelWebServices/Support/ResourceBundle.hpp>
 #include <TovrelWebServices/Support/TovrelWebServicesInstance.hpp>

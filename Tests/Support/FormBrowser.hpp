@@ -32,12 +32,12 @@ class FormBrowser {
 public:
     FormBrowser(const testing::LocalBackEnd& backEnd, std::vector<std::string> hosts);
 
-    [[nodiscard]] Page load(const std::string& url, const std::vector<std::string>& headers = {}) const;
-    [[nodiscard]] Page post(const std::string& url, const std::map<std::string, std::string>& fields) const;
+    Page load(const std::string& url, const std::vector<std::string>& headers = {}) const;
+    Page post(const std::string& url, const std::map<std::string, std::string>& fields) const;
     /// Submits the page's form with these fields besides its own.
-    [[nodiscard]] Page submit(const Page& page, std::map<std::string, std::string> more = {}) const;
+    Page submit(const Page& page, std::map<std::string, std::string> more = {}) const;
     /// Goes where the page sends the browser.
-    [[nodiscard]] Page follow(const Page& page) const;
+    Page follow(const Page& page) const;
 
 private:
     [[nodiscard]] Page perform(const std::string& url, const std::string* body,
