@@ -37,6 +37,10 @@ const std::string& LocalBackEnd::certificateAuthorityPem() const noexcept {
     return server_->certificateAuthorityPem();
 }
 
+const std::string& LocalBackEnd::keyPin() const noexcept {
+    return server_->keyPin();
+}
+
 const std::filesystem::path& LocalBackEnd::cacheDirectory() const noexcept {
     return cacheDirectory_->path();
 }

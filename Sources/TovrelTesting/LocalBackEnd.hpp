@@ -58,6 +58,9 @@ public:
     /// The certificate that a client has to trust, in PEM.
     const std::string& certificateAuthorityPem() const noexcept;
 
+    /// The pin of the server's public key: its SHA-256 in Base64 (RFC 7469 section 2.4).
+    const std::string& keyPin() const noexcept;
+
     /// A directory for what clients keep of the responses; it goes with the back end.
     const std::filesystem::path& cacheDirectory() const noexcept;
 

@@ -8,6 +8,8 @@
 #include <TovrelTesting/Accounts/AccountsServerOptions.hpp>
 #include <TovrelTesting/Accounts/AccountsServerRecords.hpp>
 #include <TovrelTesting/BackEndStatistics.hpp>
+#include <TovrelTesting/Browser/Chromium.hpp>
+#include <TovrelTesting/Browser/ChromiumError.hpp>
 #include <TovrelTesting/Content/ContentFile.hpp>
 #include <TovrelTesting/Content/ContentServer.hpp>
 #include <TovrelTesting/ContentCoding.hpp>

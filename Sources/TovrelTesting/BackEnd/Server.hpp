@@ -29,6 +29,7 @@ public:
 
     ServerState& state() noexcept { return state_; }
     const std::string& certificateAuthorityPem() const noexcept { return tls_.certificateAuthorityPem(); }
+    const std::string& keyPin() const noexcept { return tls_.keyPin(); }
     std::uint16_t port() const noexcept { return port_; }
     std::uint16_t plainPort() const noexcept { return plainPort_; }
 

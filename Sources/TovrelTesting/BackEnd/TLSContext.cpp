@@ -1,9 +1,13 @@
+#include <Platform/Coding/Base64.hpp>
 #include <TovrelTesting/BackEnd/CertificateAuthority.hpp>
 #include <TovrelTesting/BackEnd/TLSContext.hpp>
 #include <TovrelTesting/LocalBackEndError.hpp>
 
+#include <openssl/sha.h>
 #include <openssl/ssl.h>
 
+#include <array>
+#include <memory>
 #include <vector>
 
 namespace tovrel::testing {
@@ -81,6 +85,17 @@ void setResumption(SSL_CTX* context, SessionResumption resumption) {
     }
 }
 
+std::string pinOf(const X509* certificate) {
+    unsigned char* encoded = nullptr;
+    const int size = i2d_X509_PUBKEY(X509_get_X509_PUBKEY(certificate), &encoded);
+    check(size > 0, "i2d_X509_PUBKEY");
+    const auto release = [](unsigned char* bytes) { OPENSSL_free(bytes); };
+    const std::unique_ptr<unsigned char, decltype(release)> owner(encoded, release);
+    std::array<char, SHA256_DIGEST_LENGTH> digest{};
+    SHA256(encoded, static_cast<std::size_t>(size), reinterpret_cast<unsigned char*>(digest.data()));
+    return base64Encoded(std::string_view(digest.data(), digest.size()));
+}
+
 } // namespace
 
 TLSContext::TLSContext(const LocalBackEndOptions& options)
@@ -88,6 +103,7 @@ TLSContext::TLSContext(const LocalBackEndOptions& options)
     const CertificateAuthority authority;
     certificateAuthorityPem_ = authority.pem();
     const Identity identity = issueServerIdentity(authority, options);
+    keyPin_ = pinOf(identity.certificate.get());
     SSL_CTX* native = context_.native_handle();
     limitVersions(native, options.tlsVersions);
     check(SSL_CTX_use_certificate(native, identity.certificate.get()) == 1, "SSL_CTX_use_certificate");

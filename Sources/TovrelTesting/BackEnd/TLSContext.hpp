@@ -17,11 +17,15 @@ public:
 
     const std::string& certificateAuthorityPem() const noexcept { return certificateAuthorityPem_; }
 
+    /// The pin of the server's public key (RFC 7469 section 2.4).
+    const std::string& keyPin() const noexcept { return keyPin_; }
+
     boost::asio::ssl::context& context() noexcept { return context_; }
 
 private:
     boost::asio::ssl::context context_;
     std::string certificateAuthorityPem_;
+    std::string keyPin_;
     std::string offeredProtocols_;
 };
 

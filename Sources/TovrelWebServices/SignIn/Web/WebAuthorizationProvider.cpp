@@ -69,27 +69,42 @@ WebAuthorizationProvider::authorize(AuthorizationRequest request,
 
 Async<AuthorizationCredential> WebAuthorizationProvider::authorizeInPlaceOfOlder(Self self,
                                                                                  AuthorizationRequest request) {
+    const std::uint64_t number = self->supersedeAttempt();
     auto credential = std::make_shared<std::optional<AppleIDCredential>>();
     const bool isCancelled = co_await isTaskCancelled();
     Async<AppleIDCredential> attempt = detail::attemptWebAuthorization(self->tools_, std::move(request));
     const std::shared_ptr<Task> task =
         Task::spawn(TaskPool::compute(), detail::keepResult(std::move(attempt), credential), isCancelled);
-    self->replaceAttempt(task);
+    self->registerAttempt(number, task);
     co_await Task::join(task);
     self->forgetCredentialState((*credential)->user);
     co_return AuthorizationCredential::appleID(std::move(**credential));
 }
 
-void WebAuthorizationProvider::replaceAttempt(const std::shared_ptr<Task>& attempt) {
+std::uint64_t WebAuthorizationProvider::supersedeAttempt() {
     std::shared_ptr<Task> older;
+    std::uint64_t number = 0;
     {
         const std::scoped_lock lock(mutex_);
         older = attempt_.lock();
-        attempt_ = attempt;
+        number = ++lastAttempt_;
     }
     if (older) {
         older->cancel();
     }
+    return number;
+}
+
+void WebAuthorizationProvider::registerAttempt(std::uint64_t number, const std::shared_ptr<Task>& attempt) {
+    {
+        const std::scoped_lock lock(mutex_);
+        if (number == lastAttempt_) {
+            attempt_ = attempt;
+            return;
+        }
+    }
+    // A newer one has begun since, and has not seen this.
+    attempt->cancel();
 }
 
 Async<TovrelAppleCredentialState> WebAuthorizationProvider::credentialState(std::string user) {

@@ -7,6 +7,7 @@
 #include <TovrelWebServices/SignIn/Web/WebAuthorizationConfiguration.hpp>
 #include <TovrelWebServices/Transport/WebRequestExecutor.hpp>
 
+#include <cstdint>
 #include <functional>
 #include <map>
 #include <memory>
@@ -72,11 +73,13 @@ private:
     explicit WebAuthorizationProvider(std::shared_ptr<const detail::WebAuthorizationTools> tools);
 
     static Async<AuthorizationCredential> authorizeInPlaceOfOlder(Self self, AuthorizationRequest request);
-    void replaceAttempt(const std::shared_ptr<Task>& attempt);
+    std::uint64_t supersedeAttempt();
+    void registerAttempt(std::uint64_t number, const std::shared_ptr<Task>& attempt);
     void forgetCredentialState(const std::string& user);
 
     const std::shared_ptr<const detail::WebAuthorizationTools> tools_;
     std::mutex mutex_; // guards what stands below it
+    std::uint64_t lastAttempt_ = 0;
     std::weak_ptr<Task> attempt_;
     std::map<std::string, TovrelAppleCredentialState> states_;
 };

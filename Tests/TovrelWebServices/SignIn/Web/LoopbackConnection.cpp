@@ -19,6 +19,11 @@ LoopbackConnection::LoopbackConnection(std::uint16_t port, const char* address)
     endpoint.sin_port = htons(port);
     ::inet_pton(AF_INET, address, &endpoint.sin_addr);
     isConnected_ = ::connect(socket_, reinterpret_cast<const sockaddr*>(&endpoint), sizeof endpoint) == 0;
+    // Where nobody listens, a socket that happens to get the same port connects to itself.
+    sockaddr_in own{};
+    socklen_t size = sizeof own;
+    ::getsockname(socket_, reinterpret_cast<sockaddr*>(&own), &size);
+    isConnected_ = isConnected_ && own.sin_port != endpoint.sin_port;
 }
 
 LoopbackConnection::~LoopbackConnection() {

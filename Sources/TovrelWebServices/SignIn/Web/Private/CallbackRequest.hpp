@@ -28,6 +28,6 @@ struct CallbackVerdict {
 ///
 /// Pages of the web can make a browser send requests here, under names of their own that lead to this machine too. So
 /// the request has to name exactly the address that the relay was told.
-CallbackVerdict judgeRequest(std::string_view head, std::uint16_t port, std::string_view expectedState);
+CallbackVerdict judgeRequest(std::string_view text, std::uint16_t port, std::string_view expectedState);
 
 } // namespace tovrel::detail
