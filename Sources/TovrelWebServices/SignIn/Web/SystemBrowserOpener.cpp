@@ -88,7 +88,7 @@ Async<void> openWith(std::string program, std::string url) {
     const pid_t process = launch(std::move(program), std::move(url));
     auto hasSucceeded = std::make_shared<bool>(false);
     // Detached from the caller's cancellation, so that no process stays unburied.
-    std::shared_ptr<Task> reaping = Task::spawn(TaskPool::network(), reap(process, hasSucceeded));
+    std::shared_ptr<Task> reaping = Task::spawn(TaskPool::compute(), reap(process, hasSucceeded));
     co_await Task::joinDetached(std::move(reaping));
     if (!*hasSucceeded) {
         throw AuthorizationError::couldNotOpenBrowser();

@@ -1,11 +1,11 @@
 #include "LoopbackConnection.hpp"
 
 #include <Platform/Concurrency/CancellationError.hpp>
-#include <Platform/Concurrency/Hop.hpp>
 #include <Platform/Concurrency/Start.hpp>
 #include <TovrelTesting/ManualClock.hpp>
 #include <TovrelWebServices/SignIn/Web/Private/LoopbackListener.hpp>
 
+#include <boost/asio/this_coro.hpp>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -25,9 +25,10 @@ using ::testing::StartsWith;
 
 using Answered = std::promise<Outcome<CallbackAnswer>>;
 
-/// Opens and receives on the listener's executor, as the provider does.
+/// Opens and receives on one executor, as the provider does.
 Async<CallbackAnswer> listen(std::shared_ptr<ManualClock> clock, std::shared_ptr<std::promise<std::uint16_t>> port) {
-    const auto listener = LoopbackListener::open(TaskPool::network(), std::move(clock));
+    const Executor executor = co_await boost::asio::this_coro::executor;
+    const auto listener = LoopbackListener::open(executor, std::move(clock));
     port->set_value(listener->port());
     co_return co_await LoopbackListener::receive(listener, "right");
 }
@@ -37,9 +38,8 @@ protected:
     void SetUp() override {
         auto opened = std::make_shared<std::promise<std::uint16_t>>();
         Async<CallbackAnswer> listening = listen(clock, opened);
-        task = std::make_unique<TaskHandle>(
-            start<CallbackAnswer>(hop(TaskPool::network(), std::move(listening)),
-                                  [answered = answered](auto outcome) { answered->set_value(std::move(outcome)); }));
+        task = std::make_unique<TaskHandle>(start<CallbackAnswer>(
+            std::move(listening), [answered = answered](auto outcome) { answered->set_value(std::move(outcome)); }));
         port = opened->get_future().get();
     }
 

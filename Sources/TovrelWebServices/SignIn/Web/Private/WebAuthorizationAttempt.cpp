@@ -1,7 +1,5 @@
 #include <Platform/Concurrency/Cancellation.hpp>
-#include <Platform/Concurrency/Hop.hpp>
 #include <Platform/Concurrency/Task.hpp>
-#include <Platform/Concurrency/TaskPool.hpp>
 #include <TovrelWebServices/SignIn/AuthorizationError.hpp>
 #include <TovrelWebServices/SignIn/Web/Private/AuthorizationSecrets.hpp>
 #include <TovrelWebServices/SignIn/Web/Private/IdentityTokenCheck.hpp>
@@ -11,12 +9,16 @@
 #include <TovrelWebServices/SignIn/Web/Private/UserRecord.hpp>
 #include <TovrelWebServices/SignIn/Web/Private/WebAuthorizationAttempt.hpp>
 
+#include <boost/asio/this_coro.hpp>
+
 #include <atomic>
 #include <optional>
 #include <string_view>
 #include <utility>
 
 namespace tovrel::detail {
+
+namespace asio = boost::asio;
 
 namespace {
 
@@ -49,18 +51,17 @@ Async<void> openPage(std::shared_ptr<BrowserOpener> browser, URL page, std::shar
     }
 }
 
-/// Runs on the network lane, as all that the listener does.
 Async<BroughtAnswer> askInBrowser(Tools tools, AuthorizationRequest request, OtherAttemptSeen otherAttemptSeen) {
     co_await checkCancellation();
-    const Executor lane = TaskPool::network();
-    const auto listener = LoopbackListener::open(lane, tools->clock);
+    const Executor executor = co_await asio::this_coro::executor;
+    const auto listener = LoopbackListener::open(executor, tools->clock);
     AuthorizationSecrets secrets(listener->port());
     URL page = authorizeURL(tools->configuration, request, secrets);
 
     auto answer = std::make_shared<std::optional<CallbackAnswer>>();
-    const auto waiting = Task::spawn(lane, keepResult(LoopbackListener::receive(listener, secrets.state), answer));
+    const auto waiting = Task::spawn(executor, keepResult(LoopbackListener::receive(listener, secrets.state), answer));
     auto openingFailure = std::make_shared<std::exception_ptr>();
-    const auto opening = Task::spawn(lane, openPage(tools->browser, std::move(page), waiting, openingFailure));
+    const auto opening = Task::spawn(executor, openPage(tools->browser, std::move(page), waiting, openingFailure));
 
     std::exception_ptr failure;
     try {
@@ -108,8 +109,7 @@ AppleIDCredential credentialIn(const RelayedAnswer& answer, const WebAuthorizati
 
 Async<AppleIDCredential> authorizeWithoutLimit(Tools tools, AuthorizationRequest request,
                                                OtherAttemptSeen otherAttemptSeen) {
-    Async<BroughtAnswer> asking = askInBrowser(tools, std::move(request), std::move(otherAttemptSeen));
-    const BroughtAnswer brought = co_await hop(TaskPool::network(), std::move(asking));
+    const BroughtAnswer brought = co_await askInBrowser(tools, std::move(request), std::move(otherAttemptSeen));
     std::string code = codeOf(brought.answer);
     const RelayedAnswer answer = co_await fetchAnswer(tools->executor, tools->configuration.relayExchangeURL,
                                                       std::move(code), brought.secrets.codeVerifier);
