@@ -66,7 +66,7 @@ TEST_F(ConsoleDemo, DoesTheWholeJobAndStartsFromItsLoginTheNextTime) {
                           "20 items, from #1 Item 1",
                           "20 items, from #21 Item 21",
                           "5 items, from #41 Item 41",
-                          " 0.0 of 20.0 MB",
+                          " of 20.0 MB",
                           "20.0 of 20.0 MB",
                           "200, 20000000 bytes, each as it was sent",
                           "another token is stored now",
