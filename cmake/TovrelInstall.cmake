@@ -10,6 +10,8 @@ foreach(target IN ITEMS TovrelPlatform TovrelWebServices TovrelAccountScreens To
     list(APPEND installed_targets ${target})
   endif()
 endforeach()
+# So that a host that links one of the shared libraries finds those behind it.
+set_target_properties(${installed_targets} PROPERTIES INSTALL_RPATH "$ORIGIN")
 if(TARGET TovrelAccountScreens AND NOT BUILD_SHARED_LIBS)
   # Qt keeps the resources of a static library in object libraries of their own.
   get_target_property(resource_targets TovrelAccountScreens TOVREL_RESOURCE_TARGETS)
@@ -51,6 +53,10 @@ endif()
 set(pkg_config_packages tovrelwebservices)
 if(TARGET TovrelTesting)
   list(APPEND pkg_config_packages tovreltesting)
+endif()
+# Object files, which hold the resources of the static form, have no place in pkg-config.
+if(TARGET TovrelAccountScreens AND BUILD_SHARED_LIBS)
+  list(APPEND pkg_config_packages tovrelaccountscreens)
 endif()
 foreach(package IN LISTS pkg_config_packages)
   configure_file(cmake/${package}.pc.in ${package_work_directory}/${package}.pc @ONLY)
