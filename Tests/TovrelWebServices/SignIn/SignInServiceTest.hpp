@@ -1,6 +1,5 @@
 #pragma once
 
-#include <QZFrameworkCoreLogic/Services.hpp>
 #include <TovrelTesting/FakeTovrelAccountsWebService.hpp>
 #include <TovrelTesting/FakeWebRequestExecutor.hpp>
 #include <TovrelTesting/InMemoryTovrelAccountsStorage.hpp>
@@ -17,6 +16,7 @@
 #include <string>
 #include <Support/Await.hpp>
 #include <Support/MainThread.hpp>
+#include <Support/Registration.hpp>
 #include <utility>
 #include <vector>
 
@@ -64,18 +64,6 @@ public:
 private:
     mutable std::mutex mutex_;
     std::vector<TovrelAppleSignInResult> results_;
-};
-
-/// Registers a service in the process's container for as long as it lives.
-template <class Interface>
-class Registration {
-public:
-    explicit Registration(std::shared_ptr<Interface> service) {
-        Services::default_().register_<Interface>(std::move(service));
-    }
-    Registration(const Registration&) = delete;
-    Registration& operator=(const Registration&) = delete;
-    ~Registration() { Services::default_().remove<Interface>(); }
 };
 
 /// A credential as a user's first authorization gives it.
