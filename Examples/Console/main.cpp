@@ -4,6 +4,7 @@
 #include "HttpDemo.hpp"
 #include "Job/JobDemo.hpp"
 #include "Job/StoredLogin.hpp"
+#include "SignIn/SignInDemo.hpp"
 
 #include <cstdint>
 #include <exception>
@@ -15,7 +16,7 @@
 
 namespace {
 
-constexpr const char* usage = "usage: console_demo [job [DIRECTORY] | http]\n";
+constexpr const char* usage = "usage: console_demo [job [DIRECTORY] | http | sign-in]\n";
 
 /// What outlives the demo lies beside it.
 std::filesystem::path defaultDirectory() {
@@ -31,6 +32,8 @@ int run(const std::vector<std::string>& arguments) {
         demonstrateJob(arguments.size() == 2 ? std::filesystem::path(arguments[1]) : defaultDirectory());
     } else if (part == "http" && arguments.size() == 1) {
         demonstrateHttp();
+    } else if (part == "sign-in" && arguments.size() == 1) {
+        demonstrateSignIn();
     } else if (part == "read-cache" && arguments.size() == 2) {
         readCacheOfAnotherProcess(arguments[1]);
         return 0;
