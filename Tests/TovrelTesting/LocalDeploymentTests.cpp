@@ -57,4 +57,24 @@ TEST(ALocalDeployment, IsReachedByASessionThatKnowsIt) {
     }
 }
 
+TEST(ALocalDeployment, TellsHowToSignInWithABrowser) {
+    AccountsServerOptions options = oneClient();
+    options.identityIssuers = {
+        TrustedIdentityIssuer("apple", IdentityIssuer::make("https://issuer.example"), "reader.app")};
+    const WebAuthorizationConfiguration configuration =
+        LocalDeployment::start(options)->webAuthorizationConfiguration();
+    const std::string host = "https://" + LocalDeployment::accountsHosts().back();
+    EXPECT_EQ(configuration.authorizeURL.absoluteString(), "https://identity.example/auth/authorize");
+    EXPECT_EQ(configuration.relayCallbackURL.absoluteString(), host + "/sign-in/callback");
+    EXPECT_EQ(configuration.relayExchangeURL.absoluteString(), host + "/sign-in/exchange");
+    EXPECT_EQ(configuration.clientIdentifier, "reader.app");
+    EXPECT_EQ(configuration.issuer, "https://issuer.example");
+}
+
+TEST(ALocalDeploymentDeathTest, HasNoIdentityProviderWhereTheAccountsServerTrustsNobody) {
+    EXPECT_DEATH(LocalDeployment::start(oneClient())->identityProvider(), "no identity issuer");
+    EXPECT_DEATH(static_cast<void>(LocalDeployment::start(oneClient())->webAuthorizationConfiguration()),
+                 "no identity issuer");
+}
+
 } // namespace tovrel::testing

@@ -10,6 +10,7 @@
 #include <TovrelWebServices/TovrelWebServices.hpp>
 
 #include <cmath>
+#include <iostream>
 #include <string>
 #include <utility>
 
@@ -70,6 +71,7 @@ void printLogin(const SignInClient& client, const TovrelAccountsToken& token) {
 void signInOnce(const SignInClient& client, LocalDeployment& deployment, DemoBrowser& browser,
                 const std::string& button) {
     browser.decide(button);
+    std::cout.flush(); // the user has to read it before it goes on
     std::exception_ptr failure;
     std::optional<TovrelAccountsToken> token;
     try {

@@ -50,6 +50,11 @@ TEST_F(LocalBackEndForCommandLineClient, AnswersOverHTTP2) {
     EXPECT_EQ(curl("--http2 -w ' %{http_version} %{http_code}' https://api.example/hello"), "Hello, world 2 200");
 }
 
+TEST_F(LocalBackEndForCommandLineClient, HasTheKeyOfItsPin) {
+    EXPECT_EQ(curl("--pinnedpubkey sha256//" + backEnd->keyPin() + " https://api.example/hello"), "Hello, world");
+    EXPECT_EQ(curl("--pinnedpubkey sha256//" + std::string(43, 'A') + "= https://api.example/hello; echo $?"), "90\n");
+}
+
 TEST_F(LocalBackEndForCommandLineClient, ReceivesAForm) {
     EXPECT_EQ(curl("-d grant_type=password -d scope=a%20b https://api.example/echo"),
               "grant_type=password&scope=a%20b");
