@@ -13,7 +13,8 @@ public:
     BrowserOpener(const BrowserOpener&) = delete;
     BrowserOpener& operator=(const BrowserOpener&) = delete;
 
-    /// Opens the page. May last as long as the browser does; a cancellation ends the wait and closes no browser.
+    /// Opens the page. May last as long as the browser does, but must not block its thread; a cancellation ends the
+    /// wait and closes no browser.
     ///
     /// @throws AuthorizationError couldNotOpenBrowser, or an error of the implementation's own.
     [[nodiscard]] virtual Async<void> open(URL url) = 0;

@@ -2,6 +2,9 @@
 
 #include <TovrelWebServices/Transport/ErrorPredicates.hpp>
 
+#include <algorithm>
+#include <thread>
+
 namespace tovrel::tests {
 
 namespace {
@@ -18,6 +21,11 @@ constexpr std::chrono::seconds timeLimit{300};
 FaultSelector atTheExchange() {
     return FaultSelector::next().where(
         [](const testing::ReceivedRequest& request) { return request.path() == SignInRelay::exchangePath; });
+}
+
+Async<void> authorize(std::shared_ptr<WebAuthorizationProvider> provider) {
+    const AuthorizationRequest request({AuthorizationScope::email});
+    static_cast<void>(co_await provider->authorize(request, nullptr));
 }
 
 } // namespace
@@ -109,11 +117,35 @@ TEST_F(WebSignIn, EndsWhenItIsCancelledWhileTheUserThinks) {
     EXPECT_EQ(waiting.receive(), "");
 }
 
-TEST_F(WebSignIn, OpensNothingWhenItIsCancelledAtOnce) {
-    // The attempt is started as cancelled, since cancellation is sticky.
-    Attempt attempt(provider);
-    attempt.cancel();
-    EXPECT_THROW(attempt.credential(), CancellationError);
+TEST_F(WebSignIn, OpensNothingInATaskThatIsCancelled) {
+    const std::shared_ptr<Task> task = Task::spawn(TaskPool::compute(), authorize(provider), true);
+    EXPECT_THROW(getInTime(Task::join(task)), CancellationError);
+    EXPECT_TRUE(opener->pages().empty());
+}
+
+TEST_F(WebSignIn, LeavesOneOfManyAttemptsThatBeginTogether) {
+    std::vector<std::unique_ptr<Attempt>> attempts;
+    for (int count = 0; count < 20; ++count) {
+        attempts.push_back(std::make_unique<Attempt>(provider));
+    }
+    const auto isRunning = [](const std::unique_ptr<Attempt>& attempt) { return attempt->isRunning(); };
+    const auto end = std::chrono::steady_clock::now() + deadline;
+    while (std::ranges::count_if(attempts, isRunning) != 1 && std::chrono::steady_clock::now() < end) {
+        std::this_thread::yield();
+    }
+    ASSERT_EQ(std::ranges::count_if(attempts, isRunning), 1);
+    Attempt& last = **std::ranges::find_if(attempts, isRunning);
+    while (last.isRunning() && std::chrono::steady_clock::now() < end) {
+        for (const URL& page : opener->pages()) {
+            complete(page);
+        }
+    }
+    EXPECT_EQ(last.credential().user, "user-1");
+    for (const auto& attempt : attempts) {
+        if (attempt.get() != &last) {
+            EXPECT_THROW(attempt->credential(), CancellationError);
+        }
+    }
 }
 
 TEST_F(WebSignIn, EndsWhenItIsCancelledWhileTheRelayIsSilent) {

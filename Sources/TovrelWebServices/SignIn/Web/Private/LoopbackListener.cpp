@@ -71,12 +71,18 @@ Async<void> drain(std::shared_ptr<tcp::socket> socket) {
 
 LoopbackListener::LoopbackListener(Executor executor, std::shared_ptr<Clock> clock)
     : executor_(executor), clock_(std::move(clock)), acceptor_(std::move(executor)) {
-    try {
-        acceptor_.open(tcp::v4());
-        acceptor_.bind(tcp::endpoint(asio::ip::address_v4::loopback(), 0));
-        acceptor_.listen();
-        port_ = acceptor_.local_endpoint().port();
-    } catch (const boost::system::system_error&) {
+    boost::system::error_code error;
+    acceptor_.open(tcp::v4(), error);
+    if (!error) {
+        acceptor_.bind(tcp::endpoint(asio::ip::address_v4::loopback(), 0), error);
+    }
+    if (!error) {
+        acceptor_.listen(tcp::acceptor::max_listen_connections, error);
+    }
+    if (!error) {
+        port_ = acceptor_.local_endpoint(error).port();
+    }
+    if (error) {
         throw AuthorizationError::couldNotListen();
     }
 }

@@ -11,7 +11,6 @@
 
 #include <boost/asio/this_coro.hpp>
 
-#include <atomic>
 #include <optional>
 #include <string_view>
 #include <utility>
@@ -26,8 +25,8 @@ constexpr std::string_view cancelledByUser = "user_cancelled_authorize";
 
 using Tools = std::shared_ptr<const WebAuthorizationTools>;
 
-/// What the listener has to tell when nothing comes of the attempt.
-using OtherAttemptSeen = std::shared_ptr<std::atomic<bool>>;
+/// What the listener has to tell when nothing comes of the attempt, all of which is on one executor.
+using OtherAttemptSeen = std::shared_ptr<bool>;
 
 /// An answer that a browser brought, and what it has to match.
 struct BroughtAnswer {
@@ -129,7 +128,7 @@ WebAuthorizationTools::WebAuthorizationTools(WebAuthorizationConfiguration toolC
       now(std::move(toolNow)) {}
 
 Async<AppleIDCredential> attemptWebAuthorization(Tools tools, AuthorizationRequest request) {
-    auto otherAttemptSeen = std::make_shared<std::atomic<bool>>(false);
+    auto otherAttemptSeen = std::make_shared<bool>(false);
     Async<AppleIDCredential> whole = authorizeWithoutLimit(tools, std::move(request), otherAttemptSeen);
     try {
         co_return co_await withinTimeLimit(tools->clock, tools->configuration.timeLimit, std::move(whole));
