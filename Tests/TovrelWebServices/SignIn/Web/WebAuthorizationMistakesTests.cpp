@@ -1,11 +1,15 @@
 #include "WebSignInFixture.hpp"
 
+#include <Support/SystemLogTest.hpp>
+
 namespace tovrel::tests {
 
 namespace {
 
 using Flaw = AuthorizationError::IdentityTokenFlaw;
 using Mistake = testing::IdentityProviderMistake;
+using ::testing::HasSubstr;
+using ::testing::Not;
 using testing::SignInRelay;
 using ::testing::StartsWith;
 
@@ -128,6 +132,46 @@ TEST_F(WebSignInWithMistakes, LeavesTheAnswerToWhoHasTheVerifier) {
     EXPECT_EQ(stolen.status, 400);
     browser.follow(redirect);
     EXPECT_EQ(attempt.error(), AuthorizationError::relayRefused());
+}
+
+TEST_F(WebSignInWithMistakes, SaysNothingSecretInErrorsAndInTheLog) {
+    const auto sink = std::make_shared<LogSink>();
+    SystemLog::setSink(sink);
+    SystemLog::setMessagesPublic(true);
+    SystemLog::setMinimumType(OSLogType::debug);
+    std::vector<std::string> secrets;
+    std::vector<std::string> said;
+    for (const Mistake mistake : {Mistake::wrongNonce, Mistake::wrongAudience, Mistake::wrongIssuer,
+                                  Mistake::expiredToken, Mistake::malformedUser}) {
+        identityProvider().forgetConsents();
+        identityProvider().makeMistake(mistake);
+        Attempt attempt(provider);
+        const URL page = openedPage(++attempts_);
+        const Page answer = decide(page);
+        for (const auto& [name, value] : answer.fields()) {
+            secrets.push_back(value);
+        }
+        secrets.push_back(parameter(page, "nonce"));
+        const Page redirect = browser.submit(answer);
+        secrets.push_back(redirect.header("Location"));
+        browser.follow(redirect);
+        said.emplace_back(attempt.error().what());
+    }
+    identityProvider().refuseNextConsent("canary-error");
+    secrets.emplace_back("canary-error");
+    Attempt refused(provider);
+    complete(openedPage(++attempts_));
+    said.emplace_back(refused.error().what());
+    SystemLog::flush();
+    SystemLog::setMinimumType(OSLogType::default_);
+    for (const SystemLogRecord& record : sink->records()) {
+        said.push_back(record.message);
+    }
+    for (const std::string& secret : secrets) {
+        for (const std::string& text : said) {
+            EXPECT_THAT(text, Not(HasSubstr(secret)));
+        }
+    }
 }
 
 } // namespace tovrel::tests
