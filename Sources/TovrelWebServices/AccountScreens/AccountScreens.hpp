@@ -27,3 +27,11 @@
 #include <TovrelWebServices/AccountScreens/TovrelUserAccountViewBuilder.hpp>
 #include <TovrelWebServices/AccountScreens/TovrelUserAccountViewModel.hpp>
 #include <TovrelWebServices/AccountScreens/TovrelUserAccountViewState.hpp>
+#include <TovrelWebServices/AccountScreens/Views/AccountScreenItem.hpp>
+#include <TovrelWebServices/AccountScreens/Views/HostingController.hpp>
+#include <TovrelWebServices/AccountScreens/Views/QtApplication.hpp>
+#include <TovrelWebServices/AccountScreens/Views/ScreenTextSize.hpp>
+#include <TovrelWebServices/AccountScreens/Views/SignInButtonArtwork.hpp>
+#include <TovrelWebServices/AccountScreens/Views/TovrelSignInButtonView.hpp>
+#include <TovrelWebServices/AccountScreens/Views/TovrelUserAccountItem.hpp>
+#include <TovrelWebServices/AccountScreens/Views/TovrelUserAccountSource.hpp>

@@ -20,7 +20,7 @@
 namespace tovrel {
 
 /// The state of the manage-account screen and what it does. See `TovrelUserAccountViewModel`.
-class TOVREL_EXPORT TovrelUserAccountManageViewModel final : public TovrelUserAccountViewModel {
+class TOVREL_EXPORT TovrelUserAccountManageViewModel final : public tovrel::TovrelUserAccountViewModel {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("The account screens make it.")

@@ -18,7 +18,7 @@
 namespace tovrel {
 
 /// The state of the sign-in screen and what it does. See `TovrelUserAccountViewModel`.
-class TOVREL_EXPORT TovrelUserAccountSignInViewModel final : public TovrelUserAccountViewModel {
+class TOVREL_EXPORT TovrelUserAccountSignInViewModel final : public tovrel::TovrelUserAccountViewModel {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("The account screens make it.")

@@ -1,5 +1,5 @@
-#include <Platform/System/FatalError.hpp>
 #include <TovrelWebServices/AccountScreens/Private/AccountViews.hpp>
+#include <TovrelWebServices/AccountScreens/Views/Private/QuickAccountViews.hpp>
 
 #include <utility>
 
@@ -19,10 +19,8 @@ AccountViews::AccountViews() = default;
 AccountViews::~AccountViews() = default;
 
 const AccountViews& AccountViews::current() {
-    if (!viewsInUse()) {
-        fatalError("Nothing draws the account screens.");
-    }
-    return *viewsInUse();
+    static const auto& quick = *new QuickAccountViews();
+    return viewsInUse() ? *viewsInUse() : quick;
 }
 
 std::shared_ptr<const AccountViews> AccountViews::use(std::shared_ptr<const AccountViews> views) {

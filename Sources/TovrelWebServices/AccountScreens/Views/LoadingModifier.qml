@@ -1,0 +1,35 @@
+import QtQuick
+import Tovrel.AccountScreens
+
+/// Content that stands still under a loading view while something runs.
+Item {
+    id: modifier
+
+    required property bool isLoading
+    required property viewSource loadingView
+    default property alias content: place.data
+
+    Item {
+        id: place
+
+        anchors.fill: parent
+        enabled: !modifier.isLoading
+    }
+
+    // What is disabled lets the pointer through to whatever is behind the screen.
+    MouseArea {
+        anchors.fill: parent
+        visible: modifier.isLoading
+        hoverEnabled: true
+        acceptedButtons: Qt.AllButtons
+        onWheel: wheel => wheel.accepted = true
+    }
+
+    HostedView {
+        objectName: "loading"
+        anchors.fill: parent
+        visible: modifier.isLoading
+        isActive: modifier.isLoading
+        source: modifier.loadingView
+    }
+}
