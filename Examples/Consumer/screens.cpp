@@ -2,6 +2,8 @@
 
 #include <iostream>
 #include <QtGui/QGuiApplication>
+#include <QtQml/QQmlEngine>
+#include <QtQuick/QQuickItem>
 
 using namespace tovrel;
 
@@ -11,5 +13,9 @@ int main(int argumentCount, char** arguments) {
     ScreenLanguage::choose("de");
     const QColor border = ColorResource::accountUserSignInConsentBorder().resolved(UserInterfaceStyle::dark);
     const bool hasTexts = TovrelUserAccountAlert::connectionError().alert.primaryButton.label == "OK";
-    std::cout << (border.isValid() && hasTexts ? "linked" : "without resources") << '\n';
+    QQmlEngine engine;
+    QQuickItem place;
+    const AnyView view = TovrelUserAccountLoadingView(Color::primary(), Color::accent()).body();
+    const bool isDrawn = view.make(engine, place) != nullptr;
+    std::cout << (border.isValid() && hasTexts && isDrawn ? "linked" : "without resources") << '\n';
 }

@@ -17,6 +17,9 @@ T.Popup {
 
     readonly property bool isPresented: isScreenShown && alertId !== ""
     property string shownId
+    /// What has the keyboard's focus before the alert, and whether that shows.
+    property Item focusedBefore
+    property bool wasFocusVisible
 
     signal buttonPressed(string id, int index)
     signal closedByUser(string id)
@@ -32,10 +35,23 @@ T.Popup {
 
     onIsPresentedChanged: isPresented ? present() : close()
     onAlertIdChanged: if (isPresented) present()
-    onClosed: if (shownId !== "" && isScreenShown) closedByUser(shownId)
+    onClosed: {
+        // A window without the parts of an application's window leaves the focus nowhere.
+        if (focusedBefore) {
+            focusedBefore.forceActiveFocus(wasFocusVisible ? Qt.TabFocusReason : Qt.PopupFocusReason);
+        }
+        focusedBefore = null;
+        if (shownId !== "" && isScreenShown) {
+            closedByUser(shownId);
+        }
+    }
 
     function present() {
         shownId = alertId;
+        if (!visible) {
+            focusedBefore = parent.Window.activeFocusItem;
+            wasFocusVisible = (focusedBefore as T.Control)?.visualFocus ?? false;
+        }
         open();
         // The buttons of an alert that replaces another one come a moment later.
         settled.restart();

@@ -115,8 +115,12 @@ QQuickItem& ScreenTest::item(const std::string& name) const {
 }
 
 std::vector<QQuickItem*> ScreenTest::findAll(const std::string& name) const {
+    return findAllIn(window(), name);
+}
+
+std::vector<QQuickItem*> ScreenTest::findAllIn(const QQuickWindow& window, const std::string& name) {
     std::vector<QQuickItem*> found;
-    collect(window().contentItem(), QString::fromStdString(name), found);
+    collect(window.contentItem(), QString::fromStdString(name), found);
     return found;
 }
 

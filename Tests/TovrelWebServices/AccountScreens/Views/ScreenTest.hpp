@@ -50,6 +50,8 @@ protected:
     [[nodiscard]] QQuickItem* find(const std::string& name) const;
     /// As `find`, which must find it.
     [[nodiscard]] QQuickItem& item(const std::string& name) const;
+    /// Every visible item of this name in a window.
+    [[nodiscard]] static std::vector<QQuickItem*> findAllIn(const QQuickWindow& window, const std::string& name);
     /// Every visible item of this name.
     [[nodiscard]] std::vector<QQuickItem*> findAll(const std::string& name) const;
     /// The item's place in the window.
