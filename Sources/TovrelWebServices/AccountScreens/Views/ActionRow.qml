@@ -28,12 +28,10 @@ T.Button {
         }
     }
 
-    contentItem: Text {
+    contentItem: ScreenText {
         text: control.text
-        textFormat: Text.PlainText
-        font: control.font
+        wantedFont: control.font
         color: control.textColor
-        wrapMode: Text.Wrap
         horizontalAlignment: Text.AlignLeft
         verticalAlignment: Text.AlignVCenter
         Accessible.ignored: true

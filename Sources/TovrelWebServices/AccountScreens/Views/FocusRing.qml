@@ -5,7 +5,7 @@ import Tovrel.AccountScreens
 /// Goes around a control that the keyboard has reached.
 Rectangle {
     required property T.Control control
-    property real gap: 3
+    property real gap: 5
 
     anchors.fill: parent
     anchors.margins: -gap

@@ -6,13 +6,14 @@ Text {
 
     required property font wantedFont
 
-    readonly property real widestWord: text.split(/\s+/).reduce((widest, word) => Math.max(widest, metrics.advanceWidth(word)), 1)
+    // The average is a property of the font's metrics: through it the words are measured again when the font changes.
+    readonly property real widestWord: text.split(/\s+/).reduce((widest, word) => Math.max(widest, metrics.advanceWidth(word)), metrics.averageCharacterWidth)
     readonly property real room: width - leftPadding - rightPadding
 
     textFormat: Text.PlainText
     font.family: wantedFont.family
     font.weight: wantedFont.weight
-    font.pixelSize: Math.max(Math.ceil(wantedFont.pixelSize / 2), Math.floor(wantedFont.pixelSize * Math.min(1, room / widestWord)))
+    font.pixelSize: Math.max(Math.ceil(wantedFont.pixelSize / 2), Math.floor(wantedFont.pixelSize * Math.min(1, room / Math.ceil(widestWord + 1))))
     wrapMode: Text.Wrap
     Accessible.name: text
 

@@ -147,6 +147,7 @@ SignInScreenItem {
 
                     ScreenText {
                         objectName: "title"
+                        x: Theme.isRightToLeft ? parent.width - width : 0
                         width: parent.width - (screen.isCompactMode && screen.hasCloseButton ? 46 : 0)
                         text: screen.model.titleText
                         wantedFont: screen.titleFont

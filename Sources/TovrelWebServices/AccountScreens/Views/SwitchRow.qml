@@ -34,14 +34,12 @@ T.Switch {
         }
     }
 
-    contentItem: Text {
+    contentItem: ScreenText {
         leftPadding: Theme.isRightToLeft ? control.labelInset : 0
         rightPadding: Theme.isRightToLeft ? 0 : control.labelInset
         text: control.text
-        textFormat: Text.PlainText
-        font: control.font
+        wantedFont: control.font
         color: control.textColor
-        wrapMode: Text.Wrap
         horizontalAlignment: Text.AlignLeft
         verticalAlignment: Text.AlignVCenter
         Accessible.ignored: true
