@@ -87,7 +87,8 @@ void Chromium::open(const URL& page) {
 
 void Chromium::click(std::string_view selector) {
     const std::string middle =
-        fmt::format("(element => {{ if (!element) return ''; const box = element.getBoundingClientRect(); return "
+        fmt::format("(element => {{ if (!element || document.readyState !== 'complete') return ''; const box = "
+                    "element.getBoundingClientRect(); return "
                     "'\"x\":' + (box.x + box.width / 2) + ',\"y\":' + (box.y + box.height / 2); }})"
                     "(document.querySelector({}))",
                     asJSON(selector));
@@ -121,7 +122,7 @@ std::string Chromium::waitForText(std::string_view part) {
 }
 
 std::string Chromium::text() {
-    return evaluate("document.body ? document.body.innerText : ''");
+    return evaluate("document.readyState === 'complete' ? document.body.innerText : ''");
 }
 
 std::string Chromium::address() {

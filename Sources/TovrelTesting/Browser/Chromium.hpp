@@ -39,7 +39,8 @@ public:
     /// Loads a page in a new tab, which the other members are about from now on.
     void open(const URL& page);
 
-    /// Waits for the element that the CSS selector stands for, and clicks it with the mouse.
+    /// Waits until the page is loaded and has the element that the CSS selector stands for, and clicks it with the
+    /// mouse.
     void click(std::string_view selector);
 
     /// Waits until the page's visible text contains this, and returns all of it.
