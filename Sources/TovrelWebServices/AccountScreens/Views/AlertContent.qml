@@ -99,10 +99,24 @@ FocusScope {
             color: Theme.separator
         }
 
+        // Readers and the Tab key go by the order of these two, which is therefore that of the eye.
+        Item {
+            id: firstPlace
+
+            anchors.fill: parent
+        }
+
+        Item {
+            id: lastPlace
+
+            anchors.fill: parent
+        }
+
         AlertButton {
             id: primary
 
             objectName: "primaryButton"
+            parent: choices.isRow ? lastPlace : firstPlace
             x: choices.isRow && !Theme.isRightToLeft ? parent.width / 2 : 0
             width: choices.isRow ? parent.width / 2 : parent.width
             height: choices.isRow ? parent.height : implicitHeight
@@ -117,6 +131,7 @@ FocusScope {
             id: secondary
 
             objectName: "secondaryButton"
+            parent: choices.isRow ? firstPlace : lastPlace
             x: choices.isRow && Theme.isRightToLeft ? parent.width / 2 : 0
             y: choices.isRow ? 0 : primary.height
             width: choices.isRow ? parent.width / 2 : parent.width

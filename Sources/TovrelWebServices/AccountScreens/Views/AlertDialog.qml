@@ -3,14 +3,13 @@ import QtQuick.Templates as T
 import Tovrel.AccountScreens
 
 /// Shows an alert over the whole window for as long as there is one.
-T.Popup {
+T.Dialog {
     id: popup
 
     /// Whether the screen that the alert belongs to can be seen.
     required property bool isScreenShown
     /// The identity of the alert; empty for none.
     required property string alertId
-    required property string title
     required property string message
     /// Maps of "label" and "style", the primary one first.
     required property var buttons

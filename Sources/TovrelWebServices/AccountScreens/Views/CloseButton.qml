@@ -24,6 +24,7 @@ T.Button {
     Accessible.role: Accessible.Button
     Accessible.name: ScreenEnvironment.closeText
     Accessible.focusable: enabled
+    Accessible.ignored: !enabled
     Accessible.onPressAction: control.press()
     Keys.onReturnPressed: control.press()
     Keys.onEnterPressed: control.press()

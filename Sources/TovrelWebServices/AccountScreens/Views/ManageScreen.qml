@@ -18,6 +18,7 @@ ManageScreenItem {
         anchors.fill: parent
         isLoading: screen.model.isLoading
         loadingView: screen.loadingView
+        hasAlert: alert.visible
 
         Rectangle {
             anchors.fill: parent
@@ -185,6 +186,8 @@ ManageScreenItem {
     }
 
     AlertDialog {
+        id: alert
+
         isScreenShown: screen.isShown
         alertId: screen.model.alertId
         title: screen.model.alertTitle

@@ -16,6 +16,7 @@ Text {
     font.pixelSize: Math.max(Math.ceil(wantedFont.pixelSize / 2), Math.floor(wantedFont.pixelSize * Math.min(1, room / Math.ceil(widestWord + 1))))
     wrapMode: Text.Wrap
     Accessible.name: text
+    Accessible.ignored: !enabled
 
     FontMetrics {
         id: metrics

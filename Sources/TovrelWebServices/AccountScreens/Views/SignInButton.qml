@@ -25,6 +25,7 @@ SignInButtonItem {
         Accessible.role: Accessible.Button
         Accessible.name: text
         Accessible.focusable: enabled
+        Accessible.ignored: !enabled
         Accessible.onPressAction: control.press()
         Keys.onReturnPressed: control.press()
         Keys.onEnterPressed: control.press()

@@ -30,6 +30,7 @@ SignInScreenItem {
         anchors.fill: parent
         isLoading: screen.model.isLoading
         loadingView: screen.loadingView
+        hasAlert: alert.visible
 
         Rectangle {
             anchors.fill: parent
@@ -218,6 +219,8 @@ SignInScreenItem {
     }
 
     AlertDialog {
+        id: alert
+
         isScreenShown: screen.isShown
         alertId: screen.model.alertId
         title: screen.model.alertTitle
