@@ -35,6 +35,8 @@ void LooksTest::choose(const Look& look) {
 }
 
 void LooksTest::showScreen(AccountScreen screen, QSize size) {
+    signInModel_.reset();
+    manageModel_.reset();
     if (screen == AccountScreen::manage) {
         showManage(size);
     } else {
