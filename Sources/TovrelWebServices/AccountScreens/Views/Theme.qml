@@ -22,7 +22,7 @@ QtObject {
     readonly property color switchOff: isDark ? "#77777D" : "#85858B"
     readonly property color switchThumb: "#FFFFFF"
     readonly property color alertBackground: isDark ? "#242427" : "#FFFFFF"
-    readonly property color alertPressed: isDark ? "#38383B" : "#E4E4EA"
+    readonly property color alertPressed: isDark ? "#313134" : "#E4E4EA"
     readonly property color scrim: isDark ? "#99000000" : "#66000000"
     readonly property color scrollMark: isDark ? "#8E8E93" : "#77777C"
 
