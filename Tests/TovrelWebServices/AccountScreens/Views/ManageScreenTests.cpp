@@ -62,6 +62,18 @@ TEST_F(ManageScreenTest, OnlyRemembersTheConsent) {
     EXPECT_TRUE(accounts_->calls().empty());
 }
 
+TEST_F(ManageScreenTest, TakesTouches) {
+    showManage();
+    touch(rectOf(item("track")).center());
+    EXPECT_FALSE(manageModel_->userConsentedToEmailUsage());
+    touch(rectOf(item("logoutRow")).center());
+    handleEvents();
+    EXPECT_EQ(textOf(item("alertTitle")), "User Logout");
+    touch(rectOf(item("secondaryButton")).center());
+    handleEvents();
+    EXPECT_EQ(find("alert"), nullptr);
+}
+
 TEST_F(ManageScreenTest, AsksBeforeItLogsOut) {
     showManage();
     click(item("logoutRow"));
@@ -177,6 +189,8 @@ TEST_F(ManageScreenTest, StandsStillWhileItLoads) {
     EXPECT_NE(find("loadingBox"), nullptr);
     click(track);
     click(logout);
+    touch(track);
+    touch(logout);
     for (const Qt::Key key : {Qt::Key_Tab, Qt::Key_Space, Qt::Key_Return, Qt::Key_Enter, Qt::Key_Escape}) {
         press(key);
     }

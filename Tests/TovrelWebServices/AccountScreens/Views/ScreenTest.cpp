@@ -153,6 +153,12 @@ void ScreenTest::click(QPointF position) {
     QTest::mouseClick(&window(), Qt::LeftButton, Qt::NoModifier, position.toPoint());
 }
 
+void ScreenTest::touch(QPointF position) {
+    static QPointingDevice* const screen = QTest::createTouchDevice();
+    QTest::touchEvent(&window(), screen).press(0, position.toPoint());
+    QTest::touchEvent(&window(), screen).release(0, position.toPoint());
+}
+
 void ScreenTest::press(Qt::Key key, Qt::KeyboardModifiers modifiers) {
     QTest::keyClick(&window(), key, modifiers);
 }

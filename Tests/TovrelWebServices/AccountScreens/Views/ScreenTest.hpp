@@ -63,6 +63,7 @@ protected:
 
     void click(QQuickItem& item);
     void click(QPointF position);
+    void touch(QPointF position);
     void press(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
     void handleEvents();
     /// Takes back the warnings so far, of which there has to be one with these words.
