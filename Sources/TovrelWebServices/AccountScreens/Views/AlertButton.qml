@@ -37,16 +37,21 @@ T.Button {
         Accessible.ignored: true
     }
 
-    background: Rectangle {
-        color: control.down ? Theme.alertPressed : "transparent"
-        radius: 8
+    background: Item {
+        // Stays within the round corners of the alert.
+        Rectangle {
+            anchors.fill: parent
+            anchors.margins: 3
+            radius: Theme.alertRadius - 3
+            color: control.down ? Theme.alertPressed : "transparent"
+        }
 
         // The button that Return presses shows itself even when the pointer brought the alert up.
         FocusRing {
             control: control
             visible: control.activeFocus
             gap: -3
-            radius: 8
+            radius: Theme.alertRadius - 3
         }
     }
 }

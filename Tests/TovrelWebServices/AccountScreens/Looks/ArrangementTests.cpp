@@ -10,6 +10,7 @@
 #include <QtGui/QFontMetricsF>
 #include <QtQuick/QQuickItem>
 #include <QtQuick/QQuickWindow>
+#include <QtTest/QTest>
 #include <sstream>
 #include <string>
 #include <tuple>
@@ -286,6 +287,15 @@ TEST_P(ArrangementTest, CoversItselfWhileItLoadsInEveryLook) {
         expectGoodArrangement(look);
         expectLoadingView();
     });
+}
+
+TEST_F(LooksTest, KeepsTheCornersOfAnAlertRoundWhileAButtonIsPressed) {
+    showScreen(AccountScreen::manage, QSize(375, 812));
+    setAlert(TovrelUserAccountAlert::deleteAccount([] {}));
+    const QPoint corner = rectOf(item("alertSurface")).bottomRight().toPoint() - QPoint(3, 3);
+    const QColor before = grabAtRest().pixelColor(corner);
+    QTest::mousePress(&window(), Qt::LeftButton, Qt::NoModifier, rectOf(item("primaryButton")).center().toPoint());
+    EXPECT_EQ(grabAtRest().pixelColor(corner), before);
 }
 
 INSTANTIATE_TEST_SUITE_P(, ArrangementTest,

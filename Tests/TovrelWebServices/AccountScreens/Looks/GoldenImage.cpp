@@ -12,7 +12,7 @@ namespace tovrel::tests {
 namespace {
 
 constexpr int channelTolerance = 24;
-constexpr int pixelsPerDifferingPixel = 5000;
+constexpr int pixelsPerDifferingPixel = 20000;
 
 QString pathIn(const char* folder, const std::string& name, const char* ending) {
     return QDir(QString::fromUtf8(folder)).filePath(QString::fromStdString(name) + QString::fromUtf8(ending));
