@@ -74,12 +74,13 @@ QQuickItem* HostingController::rootItem() const {
 }
 
 void HostingController::present(std::shared_ptr<HostingController> screen) {
+    watch_ = std::make_unique<QObject>();
     presented_ = std::move(screen);
     QQuickWindow& window = presented_->window();
     window.setTransientParent(window_);
     window.setModality(Qt::WindowModal);
-    QObject::connect(&window, &QWindow::visibleChanged, window_, [this, &window](bool isVisible) {
-        if (!isVisible && presented_ && presented_->window_ == &window) {
+    QObject::connect(&window, &QWindow::visibleChanged, watch_.get(), [this](bool isVisible) {
+        if (!isVisible) {
             presented_ = nullptr;
         }
     });

@@ -43,6 +43,7 @@ private:
     QPointer<QQuickWindow> window_;
     QPointer<QQuickItem> rootItem_;
     std::shared_ptr<HostingController> presented_;
+    std::unique_ptr<QObject> watch_; // over the presented window; ends before it does
 };
 
 } // namespace tovrel

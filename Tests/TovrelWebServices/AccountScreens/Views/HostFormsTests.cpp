@@ -165,6 +165,22 @@ TEST_F(HostFormsTest, TheTopPresentedScreenIsTheOneInFront) {
     EXPECT_EQ(TovrelAccountTopPresentedScreenHelper::viewController(), nullptr);
 }
 
+TEST_F(HostFormsTest, AControllerTakesWhatItPresentsWithIt) {
+    auto back = HostingController::make(AnyView::empty());
+    back->window().show();
+    for (int i = 0; i < 2; ++i) {
+        back->present(HostingController::from(builder_.manageAccountViewController(manageConfig_, observer_)));
+        handleEvents();
+    }
+    EXPECT_NE(back->presentedViewController(), nullptr);
+    back.reset();
+    handleEvents();
+    const Calls once{"appear manageAccount", "disappear manageAccount"};
+    Calls twice = once;
+    twice.insert(twice.end(), once.begin(), once.end());
+    EXPECT_EQ(observer_->calls, twice);
+}
+
 TEST_F(HostFormsTest, AWindowOfQtsIsTheKeyWindowWhileItIsActive) {
     QQuickWindow plain;
     const auto adapter = QtWindow::make(plain, nullptr);

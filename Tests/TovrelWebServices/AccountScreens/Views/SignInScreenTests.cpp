@@ -3,12 +3,18 @@
 #include <TovrelWebServices/AccountScreens/CurrentAppearance.hpp>
 #include <TovrelWebServices/AccountScreens/ScreenLanguage.hpp>
 #include <TovrelWebServices/AccountScreens/Views/ScreenTextSize.hpp>
+#include <TovrelWebServices/Support/ResourceBundle.hpp>
+#include <TovrelWebServices/Support/TovrelWebServicesInstance.hpp>
 
 #include <gtest/gtest.h>
 
+#include <memory>
+#include <optional>
 #include <QtCore/QDir>
 #include <QtCore/QFile>
 #include <QtGui/QFont>
+#include <QtGui/QGuiApplication>
+#include <QtGui/QPalette>
 #include <QtQml/QQmlEngine>
 #include <QtQuick/QQuickItem>
 #include <QtQuick/QQuickWindow>
@@ -36,6 +42,27 @@ protected:
     [[nodiscard]] static TovrelAppleSignInError cancelled() {
         return TovrelAppleSignInError::authorizeApple(std::make_exception_ptr(std::runtime_error("cancelled")));
     }
+};
+
+/// Every text is 2 000 characters of one word.
+class LongTexts final : public ResourceBundle {
+public:
+    explicit LongTexts(const std::string& word) {
+        while (text_.size() < 2000) {
+            text_ += word;
+        }
+        text_.resize(2000);
+    }
+
+    std::optional<std::string> localizedString(std::string_view /*key*/, std::string_view /*table*/) const override {
+        return text_;
+    }
+    std::optional<std::uint32_t> color(std::string_view /*name*/, UserInterfaceStyle /*style*/) const override {
+        return std::nullopt;
+    }
+
+private:
+    std::string text_;
 };
 
 /// A view of this width and height, as tests find it by its name.
@@ -270,6 +297,45 @@ TEST_F(SignInScreenTest, ScrollsWhatDoesNotFit) {
     EXPECT_EQ(item("scrollArea").property("contentY").toDouble(), 0);
     press(Qt::Key_End);
     EXPECT_LE(rectOf(item("signInButton")).bottom(), 568);
+}
+
+TEST_F(SignInScreenTest, TakesTextsOfTwoThousandCharacters) {
+    const auto own = TovrelWebServicesInstance::bundle();
+    for (const char* word : {"w", "all work and no play "}) {
+        TovrelWebServicesInstance::setBundle(std::make_shared<LongTexts>(word));
+        for (const QSize size : {QSize(320, 568), QSize(568, 320), QSize(1024, 768)}) {
+            showSignIn(false, size);
+            EXPECT_EQ(textOf(item("title")).size(), 2000U);
+            EXPECT_GE(rectOf(item("description")).top(), rectOf(item("title")).bottom());
+            EXPECT_GE(rectOf(item("consentBox")).top(), rectOf(item("description")).bottom());
+            EXPECT_GE(rectOf(item("signInButton")).top(), rectOf(item("consentBox")).bottom());
+            EXPECT_LE(item("title").property("contentWidth").toDouble(), item("title").width());
+            press(Qt::Key_Backtab, Qt::ShiftModifier);
+            ASSERT_EQ(focusedName(), "signInButton");
+            EXPECT_TRUE(QRectF(QPointF(0, 0), size).contains(rectOf(item("signInButton"))));
+            press(Qt::Key_Home);
+            EXPECT_GE(rectOf(item("title")).top(), 0);
+            close();
+        }
+    }
+    TovrelWebServicesInstance::setBundle(own);
+}
+
+TEST_F(SignInScreenTest, FollowsThePaletteOfTheApplication) {
+    const QPalette before = QGuiApplication::palette();
+    CurrentAppearance::choose(std::nullopt);
+    showSignIn();
+    QPalette palette = before;
+    for (const auto& [ground, text] : {std::pair(Qt::black, Qt::white), std::pair(Qt::white, Qt::black)}) {
+        palette.setColor(QPalette::Window, ground);
+        palette.setColor(QPalette::WindowText, text);
+        QGuiApplication::setPalette(palette);
+        handleEvents();
+        EXPECT_EQ(grab().pixelColor(5, 5), QColor(ground));
+        EXPECT_EQ(colorOf(item("title")), QColor(text));
+    }
+    QGuiApplication::setPalette(before);
+    handleEvents();
 }
 
 TEST_F(SignInScreenTest, HasNoIconByDefault) {
