@@ -15,6 +15,7 @@ using namespace tovrel;
 namespace {
 
 int runInWindow(const QGuiApplication& application, const DemoServices& services) {
+    services.browser().decide(""); // the user clicks
     AccountHost host(services.accounts());
     QQmlApplicationEngine engine;
     engine.setInitialProperties({{QStringLiteral("host"), QVariant::fromValue(&host)}});

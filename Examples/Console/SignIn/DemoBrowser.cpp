@@ -74,12 +74,7 @@ Async<void> DemoBrowser::open(URL url) {
 Async<void> DemoBrowser::show(std::shared_ptr<DemoBrowser> self, URL url) {
     std::exception_ptr failure;
     try {
-        if (!self->chromium_) {
-            self->chromium_ = Chromium::launch(
-                self->backEnd_, {LocalDeployment::accountsHosts().back(), LocalDeployment::identityHosts().front()},
-                hasDisplay() ? BrowserWindow::visible : BrowserWindow::headless);
-        }
-        self->chromium_->open(url);
+        self->load(url);
         if (!hasDisplay()) {
             self->clickThrough();
         }
@@ -91,6 +86,21 @@ Async<void> DemoBrowser::show(std::shared_ptr<DemoBrowser> self, URL url) {
         std::rethrow_exception(failure);
     }
     co_return;
+}
+
+void DemoBrowser::load(const URL& url) {
+    if (chromium_) {
+        try {
+            chromium_->open(url);
+            return;
+        } catch (const tovrel::testing::ChromiumError&) {
+            chromium_.reset(); // the user has closed it
+        }
+    }
+    chromium_ =
+        Chromium::launch(backEnd_, {LocalDeployment::accountsHosts().back(), LocalDeployment::identityHosts().front()},
+                         hasDisplay() ? BrowserWindow::visible : BrowserWindow::headless);
+    chromium_->open(url);
 }
 
 void DemoBrowser::clickThrough() {

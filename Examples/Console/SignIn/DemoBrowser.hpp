@@ -31,6 +31,7 @@ private:
     explicit DemoBrowser(const tovrel::testing::LocalBackEnd& backEnd);
 
     static tovrel::Async<void> show(std::shared_ptr<DemoBrowser> self, tovrel::URL url);
+    void load(const tovrel::URL& url);
     void clickThrough();
 
     const tovrel::testing::LocalBackEnd& backEnd_;
