@@ -1,4 +1,5 @@
 import QtQuick
+import QtQuick.Templates as T
 import Tovrel.AccountScreens
 
 /// Content that stands still, and is not there for screen readers, while something is in front of it: a loading view
@@ -11,11 +12,26 @@ Item {
     required property bool hasAlert
     default property alias content: place.data
 
+    readonly property bool isCovered: isLoading || hasAlert
+    /// The control that had the focus visibly when the content was covered.
+    property T.Control ringed
+
+    // Disabling takes the focus away and enabling gives it back, but not how it came: a ring would be gone.
+    onIsCoveredChanged: {
+        if (isCovered) {
+            const focused = Window.activeFocusItem as T.Control;
+            ringed = focused?.visualFocus ? focused : null;
+        }
+        place.enabled = !isCovered;
+        if (!isCovered && ringed?.activeFocus) {
+            ringed.focusReason = Qt.TabFocusReason;
+        }
+    }
+
     Item {
         id: place
 
         anchors.fill: parent
-        enabled: !modifier.isLoading && !modifier.hasAlert
     }
 
     // What is disabled lets the pointer through to whatever is behind the screen.

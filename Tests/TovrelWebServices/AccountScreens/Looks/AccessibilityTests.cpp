@@ -235,4 +235,20 @@ TEST_F(AccessibilityTest, ReachesNothingBehindAnAlertOrTheLoadingView) {
     }
 }
 
+TEST_F(AccessibilityTest, LeavesTheFocusToBeSeenWhereItWasAfterAFailure) {
+    showScreen(AccountScreen::signUp, QSize(375, 812));
+    press(Qt::Key_Tab);
+    press(Qt::Key_Tab);
+    press(Qt::Key_Tab);
+    ASSERT_TRUE(node("button: Sign up with Apple").state().focused);
+    const QImage before = grabAtRest();
+    press(Qt::Key_Return);
+    service_->end(TovrelAppleSignInError::authorizeApple(std::make_exception_ptr(std::runtime_error("declined"))));
+    handleEvents();
+    ASSERT_TRUE(node("button: Okay").state().focused);
+    press(Qt::Key_Return);
+    EXPECT_TRUE(node("button: Sign up with Apple").state().focused);
+    EXPECT_EQ(grabAtRest(), before);
+}
+
 } // namespace tovrel::tests
