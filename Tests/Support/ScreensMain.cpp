@@ -5,6 +5,11 @@
 #include <QtCore/QtGlobal>
 #include <QtGui/QGuiApplication>
 
+/// Qt's software renderer keeps the textures of pictures and forgets them when the process ends.
+extern "C" Q_DECL_EXPORT const char* __lsan_default_suppressions() {
+    return "leak:QSGTexture::QSGTexture\n";
+}
+
 /// Chooses drawing without a display, unless the environment chooses.
 static void setDefault(const char* variable, const char* value) {
     if (!qEnvironmentVariableIsSet(variable)) {
