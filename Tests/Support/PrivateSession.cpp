@@ -12,14 +12,31 @@ namespace {
 constexpr const char* password = "password of the login keyring";
 constexpr const char* loginCollection = "/org/freedesktop/secrets/collection/login";
 
-/// What a method of the keyring service answers; empty if it fails.
-std::string callService(const std::string& path, const std::string& method, const std::vector<std::string>& arguments) {
-    std::vector<std::string> command{
-        "gdbus",         "call", "--session", "--timeout", "5", "--dest", "org.freedesktop.secrets",
-        "--object-path", path,   "--method",  method};
-    command.insert(command.end(), arguments.begin(), arguments.end());
-    const auto [output, isGood] = ChildProgram(command).finish();
+constexpr const char* keyringService = "org.freedesktop.secrets";
+
+/// What a method answers; empty if it fails.
+std::string call(const std::string& destination, const std::string& path, const std::string& method,
+                 const std::string& argument) {
+    const auto [output, isGood] = ChildProgram({"gdbus", "call", "--session", "--timeout", "5", "--dest", destination,
+                                                "--object-path", path, "--method", method, argument})
+                                      .finish();
     return isGood ? output : std::string();
+}
+
+/// What a method of the keyring service answers; empty if it fails.
+std::string callService(const std::string& method, const std::string& argument) {
+    return call(keyringService, "/org/freedesktop/secrets", "org.freedesktop.Secret.Service." + method, argument);
+}
+
+/// Whether a daemon serves already. Unlike a call of the service this makes the bus start none, which would come before
+/// the unlocked one.
+bool isServed() {
+    return call("org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus.NameHasOwner", keyringService)
+               .find("true") != std::string::npos;
+}
+
+bool isUnlockedKeyringReady() {
+    return isServed() && callService("ReadAlias", "default").find(loginCollection) != std::string::npos;
 }
 
 } // namespace
@@ -49,8 +66,7 @@ void PrivateSession::startKeyring() {
     keyring_ = std::make_unique<ChildProgram>(
         std::vector<std::string>{"gnome-keyring-daemon", "--foreground", "--unlock", "--components=secrets"}, password);
     const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(10);
-    while (callService("/org/freedesktop/secrets", "org.freedesktop.Secret.Service.ReadAlias", {"default"})
-               .find(loginCollection) == std::string::npos) {
+    while (!isUnlockedKeyringReady()) {
         if (std::chrono::steady_clock::now() > end) {
             throw std::runtime_error("the keyring daemon does not answer");
         }
@@ -63,9 +79,7 @@ void PrivateSession::killKeyring() {
 }
 
 void PrivateSession::lockKeyring() const {
-    if (callService("/org/freedesktop/secrets", "org.freedesktop.Secret.Service.Lock",
-                    {std::string("['") + loginCollection + "']"})
-            .empty()) {
+    if (callService("Lock", std::string("['") + loginCollection + "']").empty()) {
         throw std::runtime_error("could not lock the keyring");
     }
 }
