@@ -1,6 +1,6 @@
 #pragma once
 
-#include "DemoServices.hpp"
+#include "../Console/SignIn/DemoServices.hpp"
 
 #include <filesystem>
 

@@ -1,7 +1,7 @@
 // An application with account screens: in a window where there is a display, in files where there is none.
 
+#include "../Console/SignIn/DemoServices.hpp"
 #include "AccountHost.hpp"
-#include "DemoServices.hpp"
 #include "Gallery.hpp"
 
 #include <exception>

@@ -81,7 +81,7 @@
     <message id="account.user.signup.description">
         <source>Create your account to unlock a seamless experience. Get personalized recommendations, exclusive offers, and faster checkouts—all in one place.</source>
         <extracomment>Description of the sign up page for the user account</extracomment>
-        <translation>Crea tu cuenta y disfruta de una experiencia sin complicaciones: recomendaciones personalizadas, ofertas exclusivas y pagos más rápidos, todo en un solo lugar.</translation>
+        <translation>Crea tu cuenta y disfruta de una experiencia sin complicaciones: recomendaciones personalizadas, ofertas exclusivas y pagos más rápidos, en un mismo lugar.</translation>
     </message>
     <message id="account.user.signup.consent">
         <source>Send me emails with the latest offers and promotions.</source>

@@ -1,12 +1,9 @@
 #include "SignInDemo.hpp"
 
 #include "../Journal.hpp"
-#include "DemoBrowser.hpp"
+#include "DemoServices.hpp"
 
 #include <Platform/Concurrency/Start.hpp>
-#include <Platform/System/Bundle.hpp>
-#include <TovrelTesting/InMemoryTovrelAccountsStorage.hpp>
-#include <TovrelTesting/LocalDeployment.hpp>
 #include <TovrelWebServices/TovrelWebServices.hpp>
 
 #include <cmath>
@@ -19,39 +16,6 @@ using namespace tovrel::testing;
 
 namespace {
 
-constexpr const char* clientIdentifier = "demo";
-constexpr const char* clientSecret = "canary-secret-of-the-demo";
-
-AccountsServerOptions accountsOptions() {
-    AccountsServerOptions options;
-    options.clients = {AccountsServerClient(clientIdentifier, clientSecret)};
-    options.identityIssuers = {TrustedIdentityIssuer("apple", IdentityIssuer::make(), "com.example.demo")};
-    return options;
-}
-
-/// An application with its services, as a host registers them.
-class SignInClient {
-public:
-    SignInClient(const LocalDeployment& deployment, std::shared_ptr<BrowserOpener> browser) {
-        const TovrelAccountsClient client(clientIdentifier, clientSecret, TovrelAccountsRealm::tovrelstudios,
-                                          TovrelAccountsEnvironment::production(), {"profile"});
-        const auto executor =
-            URLSessionWebRequestExecutor::make(TovrelURLSessionProvider::make(deployment.sessionConfiguration()));
-        const Bundle bundle(Bundle::InfoDictionary{{"CFBundleShortVersionString", std::string("1.0")}});
-        const auto storage = InMemoryTovrelAccountsStorage::make();
-        TovrelAccountsWebServiceProvider(client, TovrelAppIdentifier("demo"), executor, bundle, storage)
-            .register_(Services::default_());
-        const auto provider = WebAuthorizationProvider::make(deployment.webAuthorizationConfiguration(), executor,
-                                                             std::move(browser), Clock::system(), &Date::now);
-        TovrelAppleSignInServiceProvider(provider, storage).register_(Services::default_());
-        accounts = Services::default_().safeGet<TovrelAccountsWebService>();
-        signIn = Services::default_().safeGet<TovrelAppleSignInService>();
-    }
-
-    std::shared_ptr<TovrelAccountsWebService> accounts;
-    std::shared_ptr<TovrelAppleSignInService> signIn;
-};
-
 void printSent(LocalBackEnd& backEnd) {
     for (const ReceivedRequest& request : backEnd.requests()) {
         journal::sentTo(request);
@@ -59,8 +23,8 @@ void printSent(LocalBackEnd& backEnd) {
     backEnd.clearRequests();
 }
 
-void printLogin(const SignInClient& client, const TovrelAccountsToken& token) {
-    const auto profile = get(client.accounts->userProfile(TovrelAccountsType::appleSignIn));
+void printLogin(const DemoServices& services, const TovrelAccountsToken& token) {
+    const auto profile = get(services.accounts()->userProfile(TovrelAccountsType::appleSignIn));
     const std::string name = profile
                                  ? profile->name.firstName.value_or("?") + " " + profile->name.lastName.value_or("?")
                                  : "a user without a profile";
@@ -68,22 +32,21 @@ void printLogin(const SignInClient& client, const TovrelAccountsToken& token) {
                   std::to_string(std::lround(token.accessTokenExpiresIn)) + " s");
 }
 
-void signInOnce(const SignInClient& client, LocalDeployment& deployment, DemoBrowser& browser,
-                const std::string& button) {
-    browser.decide(button);
+void signInOnce(const DemoServices& services, const std::string& button) {
+    services.browser().decide(button);
     std::cout.flush(); // the user has to read it before it goes on
     std::exception_ptr failure;
     std::optional<TovrelAccountsToken> token;
     try {
-        token = get(client.signIn->requestAuthorization());
+        token = get(services.signIn()->requestAuthorization());
     } catch (const TovrelAppleSignInError& error) {
         failure = error.underlying();
     }
-    browser.report();
-    printSent(deployment.backEnd());
+    services.browser().report();
+    printSent(services.backEnd());
     if (token) {
-        printLogin(client, *token);
-        deployment.backEnd().clearRequests();
+        printLogin(services, *token);
+        services.backEnd().clearRequests();
     } else {
         journal::failed(failure);
     }
@@ -92,23 +55,21 @@ void signInOnce(const SignInClient& client, LocalDeployment& deployment, DemoBro
 } // namespace
 
 void demonstrateSignIn() {
-    const auto deployment = LocalDeployment::start(accountsOptions());
-    const auto browser = DemoBrowser::make(deployment->backEnd());
-    const SignInClient client(*deployment, browser);
+    const DemoServices services;
     journal::part("Signing in with a browser. A local back end plays the sign-in provider, the relay and the accounts "
                   "server on port " +
-                  std::to_string(deployment->backEnd().port()) + ".");
+                  std::to_string(services.backEnd().port()) + ".");
     if (DemoBrowser::hasDisplay()) {
         journal::heading(
             "A Chromium with a profile of its own opens: press Continue or Cancel there within five minutes");
-        signInOnce(client, *deployment, *browser, "");
+        signInOnce(services, "");
         return;
     }
     journal::line("There is no display, so Chromium has no window, and this program clicks in it.");
     journal::heading("The first sign-in, which tells the user's name");
-    signInOnce(client, *deployment, *browser, "continue");
+    signInOnce(services, "continue");
     journal::heading("The second one, which does not: the accounts server knows it");
-    signInOnce(client, *deployment, *browser, "continue");
+    signInOnce(services, "continue");
     journal::heading("The user changes their mind");
-    signInOnce(client, *deployment, *browser, "cancel");
+    signInOnce(services, "cancel");
 }

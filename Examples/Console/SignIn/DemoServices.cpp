@@ -35,6 +35,7 @@ DemoServices::DemoServices()
                                                          browser_, Clock::system(), &Date::now);
     TovrelAppleSignInServiceProvider(provider, storage).register_(Services::default_());
     accounts_ = Services::default_().safeGet<TovrelAccountsWebService>();
+    signIn_ = Services::default_().safeGet<TovrelAppleSignInService>();
 }
 
 DemoServices::~DemoServices() {
