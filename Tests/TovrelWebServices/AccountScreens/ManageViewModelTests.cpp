@@ -175,6 +175,19 @@ TEST_F(ManageViewModelTest, LogsOutAndCloses) {
     EXPECT_EQ(accounts_->calls()[0].reason, TovrelAccountsLogoutReason::userInitiated());
 }
 
+TEST_F(ManageViewModelTest, StopsLoadingBeforeItAsksHowToClose) {
+    const auto model = make();
+    std::vector<bool> loadingWhenAsked;
+    observer_->onCall = [&](const std::string& call) {
+        if (call == "ask") {
+            loadingWhenAsked.push_back(model->isLoading());
+        }
+    };
+    confirmLogout(*model);
+    ASSERT_TRUE(processEventsUntil([this] { return !observer_->calls.empty() && observer_->calls.back() == "ask"; }));
+    EXPECT_EQ(loadingWhenAsked, std::vector<bool>{false});
+}
+
 TEST_F(ManageViewModelTest, DeletesTheAccountAndCloses) {
     const auto model = make();
     model->onDeleteAccountRowTap();

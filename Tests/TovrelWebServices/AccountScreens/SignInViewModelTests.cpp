@@ -156,6 +156,21 @@ TEST_F(SignInViewModelTest, StopsLoadingBeforeTheAlertComes) {
     EXPECT_EQ(loadingAtAlert, std::vector<bool>{false});
 }
 
+TEST_F(SignInViewModelTest, StopsLoadingBeforeItAsksHowToClose) {
+    const auto model = make(true);
+    const auto view = model->buildSignInButton();
+    std::vector<bool> loadingWhenAsked;
+    observer_->onCall = [&](const std::string& call) {
+        if (call == "ask") {
+            loadingWhenAsked.push_back(model->isLoading());
+        }
+    };
+    view.button->appleButton()->tap();
+    service_->end(FakeTovrelAccountsWebService::exampleToken());
+    ASSERT_TRUE(processEventsUntilIdle());
+    EXPECT_EQ(loadingWhenAsked, std::vector<bool>{false});
+}
+
 TEST_F(SignInViewModelTest, ClosesItselfAfterASuccessWhenTheObserverWantsSo) {
     const auto model = make(true);
     const auto view = model->buildSignInButton();
